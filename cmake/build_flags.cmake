@@ -1,0 +1,18 @@
+# What every target of this project is compiled with: link to mcs_build_flags.
+add_library(mcs_warnings INTERFACE)
+target_compile_options(mcs_warnings INTERFACE
+  -Wall -Wextra -Wpedantic -Wconversion -Wshadow
+  $<$<CXX_COMPILER_ID:GNU>:-Wcast-align=strict>
+  $<$<CXX_COMPILER_ID:Clang>:-Wcast-align>
+  $<$<BOOL:${MCS_WERROR}>:-Werror>)
+
+add_library(mcs_build_flags INTERFACE)
+target_link_libraries(mcs_build_flags INTERFACE mcs_warnings)
+if(MCS_SANITIZERS)
+  target_compile_options(mcs_build_flags INTERFACE
+    -fsanitize=${MCS_SANITIZERS} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(mcs_build_flags INTERFACE -fsanitize=${MCS_SANITIZERS})
+endif()
+
+# The same interface on 32-bit systems as on 64-bit ones. libc_stand_ins.cpp is the one file that does without.
+set(MCS_64_BIT_INTERFACES _FILE_OFFSET_BITS=64 _TIME_BITS=64)
