@@ -1,0 +1,127 @@
+// What a field of a record is. A record's layout is written down once, as a table of these; the conversion to network
+// byte order, the text dump and the columns of the command-line tool follow from it.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+#include <type_traits>
+
+namespace mcserver {
+
+enum class FieldType : uint8_t {
+  kUnsigned,
+  kSigned,
+  kText,          // NUL-padded; a text that fills its field has no NUL
+  kFlag,          // one byte, true when it is not 0
+  kInvertedFlag,  // the same, but a dump prints the opposite
+  kStatus,        // one byte, shown as a word
+  kBytes,         // carried along, neither converted nor printed
+};
+
+enum class ByteOrder : uint8_t {
+  kAsStored,
+  kNetwork,  // big-endian in a reply
+};
+
+struct Field {
+  const char *name;
+  size_t offset;
+  size_t width;
+  FieldType type;
+  const char *label;  // the line of a text dump, with one printf conversion; null for a field that is not printed
+  ByteOrder order;
+};
+
+inline constexpr const char *kUnprinted = nullptr;
+
+template <typename Member>
+consteval FieldType field_type() {
+  if (std::is_same_v<std::remove_extent_t<Member>, char>) return FieldType::kText;
+  if (std::is_array_v<Member>) return FieldType::kBytes;
+  return std::is_signed_v<Member> ? FieldType::kSigned : FieldType::kUnsigned;
+}
+
+template <typename Member>
+consteval Field make_field(const char *name, size_t offset, const char *label) {
+  const bool is_number = std::is_integral_v<Member> && sizeof(Member) > 1;
+  return {name,           offset,
+          sizeof(Member), field_type<Member>(),
+          label,          is_number ? ByteOrder::kNetwork : ByteOrder::kAsStored};
+}
+
+// One row of a table.
+#define FIELD(record, member, label) \
+  ::mcserver::make_field<decltype(record::member)>(#member, offsetof(record, member), label)
+
+consteval Field flag(Field field) {
+  field.type = FieldType::kFlag;
+  return field;
+}
+
+consteval Field inverted_flag(Field field) {
+  field.type = FieldType::kInvertedFlag;
+  return field;
+}
+
+consteval Field status(Field field) {
+  field.type = FieldType::kStatus;
+  return field;
+}
+
+// The conversion that a label must contain, exactly once, for its argument to be passed with the right type.
+consteval bool label_fits(const Field &field) {
+  if (field.type == FieldType::kBytes) return field.label == nullptr;
+  if (field.label == nullptr) return false;
+
+  const std::string_view label = field.label;
+  const size_t start = label.find('%');
+  if (start == std::string_view::npos || label.find('%', start + 1) != std::string_view::npos) return false;
+
+  const std::string_view conversion = label.substr(start + 1);
+  switch (field.type) {
+    case FieldType::kText:
+    case FieldType::kFlag:
+    case FieldType::kInvertedFlag:
+    case FieldType::kStatus:
+      return conversion.starts_with("s");
+    case FieldType::kSigned:
+      return (field.width == 1 || field.width == 4) && conversion.starts_with("d");
+    case FieldType::kUnsigned:
+      if (field.width == 8) return conversion.starts_with("lld") || conversion.starts_with("llx");
+      return conversion.starts_with("d") || conversion.starts_with("x");
+    default:
+      return false;
+  }
+}
+
+// Does the table cover the record from its first byte to its last, without a gap, and does every label fit?
+template <typename Record, size_t Rows>
+consteval bool describes(const std::array<Field, Rows> &table) {
+  size_t end = 0;
+  for (const Field &field : table) {
+    if (field.offset != end || !label_fits(field)) return false;
+    end += field.width;
+  }
+  return end == sizeof(Record);
+}
+
+void no_such_field();  // not constant, so that reaching it does not compile
+
+// The row with this name, which the table must have.
+template <size_t Rows>
+consteval size_t row_of(const std::array<Field, Rows> &table, std::string_view name) {
+  for (size_t row = 0; row < Rows; ++row)
+    if (table[row].name == name) return row;
+  no_such_field();
+  return Rows;
+}
+
+// The rows with these names, in this order: for what is shown in an order of its own.
+template <size_t Rows, typename... Names>
+consteval std::array<Field, sizeof...(Names)> rows_of(const std::array<Field, Rows> &table, Names... names) {
+  return {table[row_of(table, names)]...};
+}
+
+}  // namespace mcserver

@@ -1,0 +1,24 @@
+// A stdio stream that closes itself.
+#pragma once
+
+#include <cstdio>
+
+namespace mcserver {
+
+class Stream {
+ public:
+  explicit Stream(FILE *stream) : stream_(stream) {}
+  Stream(const Stream &) = delete;
+  Stream &operator=(const Stream &) = delete;
+  ~Stream() {
+    if (stream_) fclose(stream_);
+  }
+
+  explicit operator bool() const { return stream_ != nullptr; }
+  FILE *get() const { return stream_; }
+
+ private:
+  FILE *stream_;
+};
+
+}  // namespace mcserver
