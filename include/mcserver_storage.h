@@ -1,0 +1,429 @@
+/*
+ * mcserver_storage: the storage inventory of a server, as a plug-in of its management daemon (the host).
+ *
+ * The plug-in reads the store files that a collector keeps under /var, and answers each call with what it found (a
+ * full call) or with what changed since the previous call (a delta call). It never talks to the hardware.
+ *
+ * How a host uses it
+ *   1. Define the host symbols below and export them from the program (link it with -rdynamic).
+ *   2. Load libmcserver_storage.so with dlopen(..., RTLD_NOW), or link against it.
+ *   3. Call the entry points. The plug-in keeps what it needs to tell changes, per kind of device, until it is
+ *      unloaded; unloading frees everything.
+ *
+ * What holds for every entry point
+ *   Threads    One call of a kind at a time. Nothing inside guards the state of a kind.
+ *   Blocking   A call waits, without a limit, for the collector to release its exclusive flock on the store files.
+ *   Ownership  The reply buffer is the host's before, during and after the call. The plug-in may ask for a larger one
+ *              (mc_grow_attribute_buffer) and then writes into the one that it was given.
+ *   Results    0 is success, anything else is one of the MC_STORE_* results below and leaves a length of 0, except
+ *              where a function says otherwise. A null length pointer is refused with MC_STORE_UNAVAILABLE.
+ *
+ * On 32-bit Linux, compile with -D_FILE_OFFSET_BITS=64 and -D_TIME_BITS=64.
+ */
+#ifndef MCSERVER_STORAGE_H
+#define MCSERVER_STORAGE_H
+
+#include <features.h>
+#include <stddef.h>
+#include <stdint.h>
+#include <stdio.h>
+#include <sys/stat.h>
+
+/* struct stat is part of the interface, and its layout follows from these two macros. */
+#if defined(__GLIBC__) && __SIZEOF_LONG__ == 4
+#if !defined(_FILE_OFFSET_BITS) || _FILE_OFFSET_BITS != 64 || !defined(_TIME_BITS) || _TIME_BITS != 64
+#error "mcserver_storage.h needs -D_FILE_OFFSET_BITS=64 and -D_TIME_BITS=64 on a 32-bit system"
+#endif
+#endif
+
+#define MC_STORE_PACKED __attribute__((packed))
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* ------------------------------------------------------------------------------------------------ results */
+
+enum {
+  MC_STORE_SUCCESS = 0,           /* also: a delta call that found nothing to report */
+  MC_STORE_REPLY_TOO_LARGE = -13, /* the host did not grant the buffer that the reply needs */
+  MC_STORE_UNAVAILABLE = -35,     /* null buffer; a file cannot be opened or locked; out of memory */
+  MC_STORE_NO_DATA = -37,         /* a store file is missing, or its header cannot be read */
+  MC_STORE_NO_BUFFER = -4,        /* NVMe: no memory for the XML, or the host did not grant the reply buffer */
+  MC_STORE_NO_IMAGE = 35          /* NVMe controllers: no memory for the records; positive, and meant to be */
+};
+
+/* --------------------------------------------------------------- host symbols: declared here, defined by the host */
+
+/* The plug-in traces to outfp while use_cmclog is 0, mc_debug_level is above 2 and outfp is not null. */
+extern int32_t mc_debug_level;
+extern int32_t use_cmclog;
+extern FILE *outfp;
+
+/*
+ * Replaces the reply buffer by one of at least `size` bytes. `ctx` is the handle that the entry point received.
+ * Writes the size that is now available to *available and returns the buffer, moved or not; what it held need not be
+ * kept. Less than `size`, or a null result, is a refusal; *available holds `size` on entry, so a host that leaves it
+ * alone has granted that. One call of an entry point may ask twice.
+ */
+uint8_t *mc_grow_attribute_buffer(void *ctx, uint32_t size, uint32_t *available);
+
+/* Bounds-checked copies. The plug-in passes the same value for the size and the count. */
+int memset_s(void *dest, size_t dest_size, int fill, size_t count);
+int strncpy_s(char *dest, size_t dest_size, const char *src, size_t count);
+int memcpy_s(void *dest, size_t dest_size, const void *src, size_t count);
+
+/* ------------------------------------------------------------------------------------------------ controllers */
+
+/*
+ * A RAID controller. In the store file /var/storctlr_info these records follow a one-byte subsystem state, with
+ * little-endian numbers; in a reply they follow the StoreReplyHeader, with big-endian numbers. Texts are padded with
+ * NULs, but one that fills its field has none. The comments give each field's offset.
+ */
+typedef struct StorCtlrInfo {
+  uint8_t index;                                 /* 0: identity, together with the serial number */
+  char controller[16];                           /* 1 */
+  char smbios_pcislotname[6];                    /* 17 */
+  char product_name[81];                         /* 23 */
+  uint8_t is_supported;                          /* 104: 1 = supported */
+  uint8_t reason_not_supported;                  /* 105 */
+  uint8_t controller_status;                     /* 106: 0 optimal, 1 unresponsive; 4 in a delta reply = gone */
+  char serial_number[31];                        /* 107: identity, together with the index */
+  char firmware_package_build[97];               /* 138 */
+  char vendor[20];                               /* 235 */
+  uint16_t vendor_id;                            /* 255 */
+  uint16_t device_id;                            /* 257 */
+  uint16_t subvendor_id;                         /* 259 */
+  uint16_t subdevice_id;                         /* 261 */
+  char chip_revision[3];                         /* 263 */
+  char mfg_date[11];                             /* 266 */
+  char mfg_rework_date[11];                      /* 277 */
+  char mfg_revision_num[9];                      /* 288 */
+  char bios_version[33];                         /* 297 */
+  char firmware_version[33];                     /* 330 */
+  char preboot_cli_version[33];                  /* 363 */
+  char webbios_version[33];                      /* 396 */
+  char nvdata_version[33];                       /* 429 */
+  char boot_block_version[33];                   /* 462 */
+  char boot_version[33];                         /* 495 */
+  char pending_bios_version[33];                 /* 528 */
+  char pending_firmware_version[33];             /* 561 */
+  char pending_preboot_cli_version[33];          /* 594 */
+  char pending_webbios_version[33];              /* 627 */
+  char pending_nvdata_version[33];               /* 660 */
+  char pending_boot_block_version[33];           /* 693 */
+  char pending_boot_version[33];                 /* 726 */
+  uint16_t predictive_fail_poll_interval;        /* 759: seconds */
+  uint8_t rebuild_rate;                          /* 761 */
+  uint8_t patrol_read_rate;                      /* 762 */
+  uint8_t consistency_check_rate;                /* 763 */
+  uint8_t reconstruction_rate;                   /* 764 */
+  uint8_t cache_flush_interval;                  /* 765 */
+  uint16_t spinup_drive_count;                   /* 766 */
+  uint16_t spinup_delay;                         /* 768 */
+  uint8_t coercion_mode;                         /* 770: 0 none, 1 128 MB, 2 1 GB */
+  uint8_t cluster_enable;                        /* 771 */
+  uint16_t ecc_bucket_leak_rate;                 /* 772 */
+  uint8_t expose_enclosure_devices;              /* 774 */
+  uint8_t maintain_pd_fail_history;              /* 775 */
+  uint8_t maintain_pd_fail_history_2;            /* 776: a second flag of the same meaning */
+  uint8_t enable_copyback_to_ssd_on_smart_error; /* 777 */
+  uint8_t disable_ncq;                           /* 778: the text dump prints it inverted */
+  uint8_t spin_down_unconfigured;                /* 779 */
+  uint8_t enable_ssd_patrol_read;                /* 780 */
+  uint8_t auto_enhanced_import;                  /* 781 */
+  uint32_t raid_levels_supported;                /* 782: bit set */
+  uint8_t nvram_present;                         /* 786 */
+  uint8_t serial_debugger_present;               /* 787 */
+  uint8_t memory_present;                        /* 788 */
+  uint8_t flash_present;                         /* 789 */
+  uint64_t memory_size;                          /* 790: bytes */
+  uint64_t cache_memory_size;                    /* 798: bytes */
+  uint8_t backend_port_count;                    /* 806 */
+  uint16_t memory_correctable_errors;            /* 807 */
+  uint16_t memory_uncorrectable_errors;          /* 809 */
+  uint8_t controller_temperature_sensor_present; /* 811 */
+  uint8_t roc_temperature_sensor_present;        /* 812 */
+  uint8_t drive_temperature_supported;           /* 813 */
+  uint8_t controller_temperature;                /* 814 */
+  uint8_t roc_temperature;                       /* 815 */
+  uint8_t patrol_read_operation_status;      /* 816: 0 unknown, 1 success, 2 active, 3 aborted, 4 suspended, 5 failed */
+  int8_t patrol_read_percent_complete;       /* 817: -1 = none is running */
+  uint32_t patrol_read_start_timestamp;      /* 818 */
+  uint32_t patrol_read_end_timestamp;        /* 822 */
+  uint8_t has_sas_expander;                  /* 826 */
+  int32_t mod_timestamp;                     /* 827: changes whenever anything in the record does */
+  uint8_t sub_oem;                           /* 831 */
+  uint8_t pinned_cache_state;                /* 832: 0 unknown, 1 present, 2 not present */
+  uint8_t controller_type;                   /* 833 */
+  uint64_t supported_strip_sizes;            /* 834 */
+  uint64_t default_strip_size;               /* 842 */
+  char smbios_pcislotname_ext[16];           /* 850 */
+  uint64_t supported_ctlr_ops;               /* 866 */
+  uint64_t supported_phys_ops;               /* 874 */
+  uint64_t supported_virt_ops;               /* 882 */
+  uint16_t supported_bbu_ops;                /* 890 */
+  uint64_t valid_controller_attrs;           /* 892 */
+  char controller_status_description[64];    /* 900 */
+  uint8_t drive_life_used_percent;           /* 964 */
+  uint8_t controller_sed_status;             /* 965 */
+  uint8_t reserved[256];                     /* 966: sent as it is stored */
+  uint8_t performance_percent;               /* 1222 */
+  char controller_error[64];                 /* 1223 */
+  uint8_t jbod_mode;                         /* 1287 */
+  int32_t max_virtual_drives_per_controller; /* 1288 */
+  uint16_t life_left_in_days;                /* 1292 */
+} MC_STORE_PACKED StorCtlrInfo;
+
+/* What the plug-in remembers of a controller between calls, in the byte order of the machine. */
+typedef struct CtlrSummary {
+  uint8_t index;
+  char controller[16];
+  char serial_number[31];
+  uint16_t vendor_id;
+  uint16_t device_id;
+  uint16_t subvendor_id;
+  uint16_t subdevice_id;
+  uint8_t controller_type;
+  int32_t mod_timestamp;
+} CtlrSummary;
+
+/* The first bytes of a controller reply. The records follow. */
+typedef struct StoreReplyHeader {
+  uint8_t type;         /* 0: always 0x28 */
+  uint8_t zero_1[2];    /* 1 */
+  uint8_t state;        /* 3: the subsystem state */
+  uint8_t count;        /* 4: the records that follow, modulo 256 */
+  uint32_t record_size; /* 5: big-endian; little-endian in a simulated reply */
+  uint8_t zero_2;       /* 9 */
+  uint8_t unwritten[8]; /* 10: as the buffer held it */
+} MC_STORE_PACKED StoreReplyHeader;
+
+/*
+ * All controllers.
+ *
+ * A null buf is refused with MC_STORE_UNAVAILABLE and leaves *len alone.
+ *
+ * While the file /debug/mctool_storage_debug exists, the reply is a made-up inventory of two controllers, whose
+ * numbers, the header's record size included, are little-endian. It needs 2606 bytes and is written to `buf` itself:
+ * a host that answers the request to grow by moving its buffer must keep the old one valid during the call.
+ */
+int32_t mc_get_store_ctrls(void *ctx, uint8_t *buf, uint32_t bufsize, uint32_t *len);
+
+/*
+ * The controllers that are new or modified since the previous call of either entry point, then a record for each one
+ * that is gone: controller_status is 4, and only index, controller, serial_number, the four ids, is_supported and
+ * controller_type are written beside it. Never simulates. A null buf is refused with MC_STORE_UNAVAILABLE.
+ *
+ * The length is 0 when the store file has not been written since, and also when it has been written in a state other
+ * than 2 that is still the same: records are compared only in state 2, or when the state has just changed. Where they
+ * were compared and nothing was found, the reply is a header with a count of 0.
+ */
+int32_t mc_delta_store_ctrls(void *ctx, uint8_t *buf, uint32_t bufsize, uint32_t *len);
+
+/* What both entry points call: everything when `delta` is 0, else the changes. */
+int32_t get_store_ctrls(void *ctx, uint8_t *buf, uint32_t bufsize, uint32_t *len, int32_t delta);
+
+/*
+ * Is the record's controller missing from the cached list, or there with another mod_timestamp? 1 or 0; 0 when an
+ * argument is null. The record is in file byte order.
+ */
+int32_t new_ctlr_or_modified(const StorCtlrInfo *record, const CtlrSummary *cached_list, uint16_t cached_count);
+
+/*
+ * Appends a record to the reply for each cached controller that is not in the cur list. An entry without a serial
+ * number, or with an id of 0, is passed over. The reply must have room: the call cannot know its size.
+ */
+void add_deleted_ctlrs(uint8_t *reply, uint16_t cur_count, const CtlrSummary *cur_list, uint16_t cached_count,
+                       const CtlrSummary *cached_list);
+
+/*
+ * Writes the record, in file byte order, as text to `stream`, which stays open. With a null stream it is appended to
+ * /var/mctool_stordebug.txt, if the file /var/mctool_stordebug exists.
+ */
+void print_ctlrinfo(const StorCtlrInfo *record, FILE *stream);
+
+/* Appends the list's indices to /var/mctool_ctlrdebug.txt, if the file /var/mctool_ctlrdebug exists. */
+void print_ctlr_list(const CtlrSummary *list, int32_t count, const char *title);
+
+/* ------------------------------------------------------------------------------------------------ NVMe */
+
+/*
+ * An NVMe controller or a PCIe switch. In the store file /var/nvmectlr_info these records follow a one-byte subsystem
+ * state. Numbers are little-endian, texts as in StorCtlrInfo.
+ */
+typedef struct NvmeCtlrInfo {
+  char controller_name[24];          /* 0: identity */
+  uint32_t mod_timestamp;            /* 24: changes whenever anything in the record does */
+  uint8_t status;                    /* 28: a value of nvme_status_names */
+  uint8_t drive_count;               /* 29 */
+  char controller_type[16];          /* 30: "NVME-MSWITCH..." has the switch fields below */
+  char vendor_id[9];                 /* 46 */
+  char product_id[17];               /* 55 */
+  uint32_t component_id;             /* 72 */
+  char product_revision[5];          /* 76 */
+  uint16_t p2p_vendor_id;            /* 81 */
+  uint16_t p2p_device_id;            /* 83 */
+  char running_firmware_version[24]; /* 85 */
+  char pending_firmware_version[24]; /* 109 */
+  uint8_t switch_temperature;        /* 133 */
+  char switch_status[64];            /* 134: "Optimal...", or what is wrong */
+  char link_status[64];              /* 198: "Optimal...", or what is wrong */
+} MC_STORE_PACKED NvmeCtlrInfo;
+
+/*
+ * An NVMe drive. In the store file /var/nvmephydrive_info these records follow the greatest number of drives that the
+ * file may hold (four bytes, of which the low two count) and the subsystem state (one byte).
+ */
+typedef struct NvmePhyDriveInfo {
+  char smbios_pcislotname[16];     /* 0: identity, together with the serial number */
+  char controller_name[24];        /* 16 */
+  uint8_t status;                  /* 40: a value of nvme_status_names; 5 in an event reply = gone */
+  char product_name[81];           /* 41 */
+  char serial_number[31];          /* 122: identity, together with the slot name */
+  char firmware_version[97];       /* 153 */
+  char vendor[20];                 /* 250 */
+  uint16_t vendor_id;              /* 270 */
+  uint16_t device_id;              /* 272 */
+  uint16_t subvendor_id;           /* 274 */
+  uint16_t subdevice_id;           /* 276 */
+  uint8_t temperature;             /* 278 */
+  char status_description[64];     /* 279 */
+  uint8_t drive_life_used_percent; /* 343 */
+  uint16_t life_left_in_days;      /* 344 */
+  uint8_t performance_percent;     /* 346 */
+  uint8_t percent_power_on_hours;  /* 347 */
+  uint8_t throttle_threshold;      /* 348 */
+  uint8_t shutdown_threshold;      /* 349 */
+  uint8_t reserved[2];             /* 350: zero */
+  uint32_t mod_timestamp;          /* 352: changes whenever anything in the record does */
+} MC_STORE_PACKED NvmePhyDriveInfo;
+
+/* What the plug-in remembers of them between calls, in the byte order of the machine. */
+typedef struct NvmeCtlrSummary {
+  char controller_name[24];
+  uint32_t mod_timestamp; /* always 0: every event reports the controllers whose own is not */
+} NvmeCtlrSummary;
+
+typedef struct NvmeDriveSummary {
+  char smbios_pcislotname[16];
+  char unused[24];
+  uint16_t vendor_id;
+  uint16_t device_id;
+  uint16_t subvendor_id;
+  uint16_t subdevice_id;
+  char serial_number[31];
+  uint32_t mod_timestamp;
+} NvmeDriveSummary;
+
+/* What a staging image begins with, in the byte order of the machine. The records to report follow. */
+typedef struct NvmeCtlrImageHeader {
+  uint8_t state;
+  uint8_t count;        /* of the records, modulo 256 */
+  uint32_t record_size; /* 262 */
+  uint8_t zero[8];
+} MC_STORE_PACKED NvmeCtlrImageHeader;
+
+typedef struct NvmeDriveImageHeader {
+  uint8_t state;
+  uint8_t one;
+  uint16_t max_entries; /* as the store file announces */
+  uint16_t count;       /* of the records, modulo 65536 */
+  uint32_t record_size; /* 356 */
+  uint8_t zero[8];
+} MC_STORE_PACKED NvmeDriveImageHeader;
+
+/*
+ * The NVMe entry points answer with one line of XML, without a terminating NUL: a summary element, then an element for
+ * each device. Texts are inserted as they are, without escapes, so a device with a quote in its name makes the XML
+ * malformed. There is no simulation.
+ *
+ * The "event" entry points report what is new, modified or deleted (status "Deleted") since the previous call of
+ * either. When the store file has not changed, or when it has changed in a state other than 4 that is still the same,
+ * the length is 0. Otherwise a drive event without news has length 0 too, and a controller event is the summary element
+ * alone or, since their time stamps are not remembered, every controller whose own is not 0.
+ *
+ * Beside the common results: MC_STORE_NO_BUFFER, and MC_STORE_NO_IMAGE for controllers. A null reply is refused with
+ * MC_STORE_UNAVAILABLE if the reply would be written there.
+ */
+int32_t mc_get_nvme_controller(void *ctx, uint8_t *reply, uint32_t reply_size, uint32_t *reply_len);
+int32_t mc_event_nvme_controller(void *ctx, uint8_t *reply, uint32_t reply_size, uint32_t *reply_len);
+int32_t mc_get_nvme_phy_drive(void *ctx, uint8_t *reply, uint32_t reply_size, uint32_t *reply_len);
+int32_t mc_event_nvme_phy_drive(void *ctx, uint8_t *reply, uint32_t reply_size, uint32_t *reply_len);
+
+/* What these call: everything when `event` is 0, else the changes. */
+int32_t get_nvme_controller_info(void *ctx, uint8_t *reply, uint32_t reply_size, uint32_t *reply_len, int32_t event);
+int32_t get_nvme_phy_drive_info(void *ctx, uint8_t *reply, uint32_t reply_size, uint32_t *reply_len, int32_t event);
+
+/* Is the device missing from the cached list, or there with another mod_timestamp? 0 when an argument is null. */
+int32_t new_nvme_ctlr_or_modified(const NvmeCtlrInfo *record, const NvmeCtlrSummary *cached_list,
+                                  uint16_t cached_count);
+int32_t new_nvme_drive_or_modified(const NvmePhyDriveInfo *record, const NvmeDriveSummary *cached_list,
+                                   uint16_t cached_count);
+
+/*
+ * Append a record with status 5 to the staging image for each cached device that is not in the cur list. The image must
+ * have room: the call cannot know its size.
+ */
+void add_deleted_nvme_ctlrs(uint8_t *image, uint16_t cur_count, const NvmeCtlrSummary *cur_list, uint16_t cached_count,
+                            const NvmeCtlrSummary *cached_list);
+void add_deleted_nvme_drives(uint8_t *image, uint16_t cur_count, const NvmeDriveSummary *cur_list,
+                             uint16_t cached_count, const NvmeDriveSummary *cached_list);
+
+/*
+ * Render a staging image. *size is the room in `out` on entry, which must be at least 1024 bytes for each record and
+ * 100 more, and the length of the text on return: 0 when there was too little room. A text that is longer than the room
+ * is cut, and then *size stays as it was.
+ */
+void xmlize_nvme_controller(const uint8_t *image, char *out, uint32_t *size);
+void xmlize_nvme_phy_drive(const uint8_t *image, char *out, uint32_t *size);
+
+/* Write the record as text to `stream`, which stays open. */
+void print_nvme_ctlrinfo(const NvmeCtlrInfo *record, FILE *stream);
+void print_nvme_pdinfo(const NvmePhyDriveInfo *record, FILE *stream);
+
+/* The words for a subsystem state and for a record's status, by value; a null pointer ends each table. */
+extern const char *const nvme_state_names[];
+extern const char *const nvme_status_names[];
+
+/*
+ * The entry at index `value` of such a table. A value beyond the end gives an empty text; the value that equals the
+ * number of words gives the null pointer at the end.
+ */
+const char *enum_name(int value, const char *const *table);
+
+/* ------------------------------------------------------------------------------------------------ shared services */
+
+/*
+ * Opens /var/storctlr_info, takes a shared flock on it, and gives its stat. With a `path`, opens that file too, under
+ * the same lock, and gives its stat instead.
+ *
+ * On success the caller holds the lock until it calls unlock_and_close_file with what it got here. On failure nothing
+ * is open or locked; what *data_stream_out held on entry may then have been closed, so it must be null or a stream.
+ * data_stream_out may be null when `path` is. MC_STORE_NO_DATA: a file is missing or cannot be stat'ed.
+ * MC_STORE_UNAVAILABLE: a file cannot be opened or locked, or an argument is missing.
+ */
+int32_t getlock_and_open_file(struct stat *stat_out, int32_t *fd_out, FILE **lock_stream_out, FILE **data_stream_out,
+                              const char *path);
+
+/* Releases the lock and closes both streams; data_stream may be null. The result is that of the last fclose. */
+int unlock_and_close_file(int32_t fd, FILE *lock_stream, FILE *data_stream);
+
+/* A placeholder: prints "TRUE" to standard output and returns what puts returned. */
+int verify_version(const void *a, const void *b);
+
+/*
+ * Reads the first word of /etc/product into `word`, which has room for 64 bytes. The result is fscanf's (1 when there
+ * was a word), or 0 when the file cannot be opened.
+ */
+int read_product_file(char *word);
+
+/* Does the product word begin with this platform's name, in any case? 1 or 0; the file is read at the first call. */
+int running_on_kestrano(void);
+int running_on_morvik(void);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif /* MCSERVER_STORAGE_H */

@@ -1,0 +1,62 @@
+// The controller traces for service engineers: a record field by field, and the summary lists.
+
+#include <cstdio>
+#include <span>
+
+#include "mcserver_storage.h"
+#include "records/controller_record.h"
+#include "shared/exported.h"
+#include "shared/markers.h"
+#include "shared/record_text.h"
+
+namespace mcserver::controllers {
+namespace {
+
+constexpr char kRecordMarker[] = "/var/mctool_stordebug";
+constexpr char kRecordDump[] = "/var/mctool_stordebug.txt";
+constexpr char kListMarker[] = "/var/mctool_ctlrdebug";
+constexpr char kListDump[] = "/var/mctool_ctlrdebug.txt";
+
+constexpr std::span<const Field> kFields = records::kController;
+constexpr const Field &kIndex = kFields[row_of(records::kController, "index")];
+constexpr const Field &kController = kFields[row_of(records::kController, "controller")];
+constexpr const Field &kSlotName = kFields[row_of(records::kController, "smbios_pcislotname")];
+constexpr const Field &kProductName = kFields[row_of(records::kController, "product_name")];
+constexpr const Field &kIsSupported = kFields[row_of(records::kController, "is_supported")];
+constexpr std::span kTheRest = kFields.subspan(row_of(records::kController, "reason_not_supported"));
+
+void print_record(const StorCtlrInfo *record, FILE *stream) {
+  const ShownRecord shown(record);
+  print_field(stream, kController, shown.bytes());
+  print_field(stream, kSlotName, shown.bytes());
+  if (record->is_supported != 1) {
+    print_field(stream, kIsSupported, shown.bytes());  // "true" here means neither 0 nor 1
+    return;
+  }
+  print_field(stream, kIndex, shown.bytes());
+  print_field(stream, kProductName, shown.bytes());
+  print_field(stream, kIsSupported, shown.bytes());
+  print_fields(stream, kTheRest, shown.bytes());
+}
+
+}  // namespace
+
+EXPORTED void print_ctlrinfo(const StorCtlrInfo *record, FILE *stream) {
+  if (!record) return;
+  if (stream) return print_record(record, stream);
+
+  const Stream dump = open_dump(kRecordMarker, kRecordDump);
+  if (dump) print_record(record, dump.get());
+}
+
+EXPORTED void print_ctlr_list(const CtlrSummary *list, int32_t count, const char *title) {
+  if (!list || !title) return;
+  const Stream dump = open_dump(kListMarker, kListDump);
+  if (!dump) return;
+
+  fprintf(dump.get(), "\n %s \n", title);
+  for (int32_t i = 0; i < count; ++i) fprintf(dump.get(), "[%d]  ", list[i].index);
+  fprintf(dump.get(), "\n");
+}
+
+}  // namespace mcserver::controllers
