@@ -1,0 +1,26 @@
+// The fields of a controller in the order in which XML and dump show them.
+#pragma once
+
+#include "mcserver_nvme/xml_text.h"
+#include "records/nvme_ctlr_record.h"
+
+namespace mcserver::nvme::controllers {
+
+inline constexpr Field kControllerName = records::kNvmeCtlr[row_of(records::kNvmeCtlr, "controller_name")];
+
+inline constexpr auto kNameAndType = rows_of(records::kNvmeCtlr, "controller_name", "controller_type");
+inline constexpr auto kStatusAndDrives = rows_of(records::kNvmeCtlr, "status", "drive_count");
+
+// Only a switch has these, and then the statuses of the switch and its link.
+inline constexpr auto kSwitch =
+    rows_of(records::kNvmeCtlr, "vendor_id", "product_id", "component_id", "product_revision", "p2p_vendor_id",
+            "p2p_device_id", "running_firmware_version", "pending_firmware_version", "switch_temperature");
+inline constexpr Field kSwitchStatus = records::kNvmeCtlr[row_of(records::kNvmeCtlr, "switch_status")];
+inline constexpr Field kLinkStatus = records::kNvmeCtlr[row_of(records::kNvmeCtlr, "link_status")];
+
+static_assert(make_attributes(kNameAndType) && make_attributes(kStatusAndDrives) && make_attributes(kSwitch));
+
+// Only the dump has this.
+inline constexpr Field kModTimestamp = records::kNvmeCtlr[row_of(records::kNvmeCtlr, "mod_timestamp")];
+
+}  // namespace mcserver::nvme::controllers
