@@ -1,0 +1,9 @@
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+int main(int argc, char **argv) {
+  testing::InitGoogleTest(&argc, argv);
+  setenv("TZ", "UTC0", 1);  // before the first ctime
+  return RUN_ALL_TESTS();
+}

@@ -1,0 +1,55 @@
+#include "host/store_directory.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+
+namespace tests {
+
+StoreDirectory::StoreDirectory() {
+  std::string pattern = (std::filesystem::temp_directory_path() / "mcserver_storage.XXXXXX").string();
+  if (!mkdtemp(pattern.data())) throw std::runtime_error("cannot make a directory for the test");
+  root_ = pattern;
+}
+
+StoreDirectory::~StoreDirectory() { std::filesystem::remove_all(root_); }
+
+void StoreDirectory::write(const std::string &path, const Bytes &content, int64_t modified) {
+  write_text(path, std::string(content.data(), content.data() + content.size()));
+  struct timespec times[2] = {};
+  times[0].tv_sec = times[1].tv_sec = static_cast<time_t>(modified);
+  if (utimensat(AT_FDCWD, real(path).c_str(), times, 0) != 0)
+    throw std::runtime_error("cannot set the time of " + path);
+}
+
+void StoreDirectory::write_text(const std::string &path, const std::string &text) {
+  std::filesystem::create_directories(std::filesystem::path(real(path)).parent_path());
+  std::ofstream file(real(path), std::ios::binary);
+  file << text;
+  if (!file.flush()) throw std::runtime_error("cannot write " + path);
+}
+
+void StoreDirectory::remove(const std::string &path) { std::filesystem::remove_all(real(path)); }
+
+std::string StoreDirectory::read(const std::string &path) const {
+  std::ifstream file(real(path), std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+bool StoreDirectory::exists(const std::string &path) const { return std::filesystem::exists(real(path)); }
+
+bool StoreDirectory::is_unlocked(const std::string &path) const {
+  const int fd = open(real(path).c_str(), O_RDONLY | O_CLOEXEC);
+  if (fd == -1) return true;  // nothing there to be locked
+  const bool unlocked = flock(fd, LOCK_EX | LOCK_NB) == 0;
+  close(fd);
+  return unlocked;
+}
+
+}  // namespace tests
