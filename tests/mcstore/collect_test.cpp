@@ -1,0 +1,101 @@
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <thread>
+
+#include "mcstore/command_line.h"
+
+namespace tests {
+namespace {
+
+constexpr char kStore[] = "/var/storctlr_info";
+constexpr char kInventory[] = R"({"controllers": {"subsystem_state": 2, "records": [{"index": 7}]}})";
+
+class Collect : public McstoreTest {
+ protected:
+  Outcome collect(const std::string &json, const std::string &options = "") {
+    files.write_text("/inventory.json", json);
+    return mcstore_here("collect " + files.real("/inventory.json") + " " + options);
+  }
+
+  struct stat store_stat() const {
+    struct stat result = {};
+    EXPECT_EQ(stat(files.real(kStore).c_str(), &result), 0);
+    return result;
+  }
+};
+
+TEST_F(Collect, WritesTheStoreFile) {
+  const Outcome outcome = collect(kInventory);
+
+  EXPECT_EQ(outcome.exit_code, 0) << outcome.err;
+  EXPECT_EQ(files.read(kStore), std::string("\x02\x07") + std::string(1293, '\0'));
+}
+
+TEST_F(Collect, SetsTheModificationTime) {
+  EXPECT_EQ(collect(kInventory, "--at 2100-01-01T00:00:00Z").exit_code, 0);
+
+  EXPECT_EQ(store_stat().st_mtime, 4102444800);
+}
+
+TEST_F(Collect, ReplacesContentInPlace) {
+  collect(kInventory);
+  const ino_t before = store_stat().st_ino;
+
+  EXPECT_EQ(collect(R"({"controllers": {"subsystem_state": 1}})").exit_code, 0);
+
+  EXPECT_EQ(store_stat().st_ino, before);
+  EXPECT_EQ(files.read(kStore), "\x01");
+}
+
+TEST_F(Collect, WritesNothingWhenTheInventoryIsWrong) {
+  collect(kInventory, "--at 1000");
+
+  const Outcome outcome = collect(R"({"controllers": {"records": [{"index": 300}]}})");
+
+  EXPECT_EQ(outcome.exit_code, 2);
+  EXPECT_EQ(outcome.err, "mcstore: " + files.real("/inventory.json") +
+                             ": controllers.records[0].index: 300 does not fit: from 0 to 255 does\n");
+  EXPECT_EQ(files.read(kStore).size(), 1295u);
+  EXPECT_EQ(store_stat().st_mtime, 1000);
+}
+
+TEST_F(Collect, WritesNothingWhenTheTimeIsWrong) {
+  const Outcome outcome = collect(kInventory, "--at noon");
+
+  EXPECT_EQ(outcome.exit_code, 2);
+  EXPECT_EQ(outcome.err, "mcstore: --at: 'noon' is neither seconds since 1970 nor an ISO 8601 time\n");
+  EXPECT_FALSE(files.exists(kStore));
+}
+
+TEST_F(Collect, TellsWhatItCannotWrite) {
+  files.write_text("/var/storctlr_info/in-the-way", "");
+
+  const Outcome outcome = collect(kInventory);
+
+  EXPECT_EQ(outcome.exit_code, 1);
+  EXPECT_EQ(outcome.err, "mcstore: cannot open " + files.real(kStore) + ": Is a directory\n");
+}
+
+TEST_F(Collect, WaitsForReaders) {
+  collect(R"({"controllers": {"subsystem_state": 1}})");
+  files.write_text("/inventory.json", kInventory);
+  const int reader = open(files.real(kStore).c_str(), O_RDONLY | O_CLOEXEC);
+  flock(reader, LOCK_SH);
+
+  FILE *writer =
+      popen((MCSTORE_COMMAND " collect " + files.real("/inventory.json") + " --root " + files.real("")).c_str(), "r");
+  std::this_thread::sleep_for(std::chrono::milliseconds(500));
+  const std::string while_locked = files.read(kStore);
+  close(reader);
+
+  EXPECT_EQ(pclose(writer), 0);
+  EXPECT_EQ(while_locked, "\x01");
+  EXPECT_EQ(files.read(kStore).size(), 1295u);
+}
+
+}  // namespace
+}  // namespace tests

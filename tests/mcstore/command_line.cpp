@@ -1,0 +1,26 @@
+#include "mcstore/command_line.h"
+
+#include <sys/wait.h>
+
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+
+namespace tests {
+
+Outcome mcstore(const std::string &arguments) {
+  StoreDirectory scratch;
+  scratch.write_text("/stderr", "");
+  const std::string command = MCSTORE_COMMAND " " + arguments + " 2>" + scratch.real("/stderr");
+  FILE *pipe = popen(command.c_str(), "r");
+
+  std::string out;
+  std::array<char, 4096> chunk;
+  for (size_t count = fread(chunk.data(), 1, chunk.size(), pipe); count > 0;
+       count = fread(chunk.data(), 1, chunk.size(), pipe))
+    out.append(chunk.data(), count);
+  const int status = pclose(pipe);
+  return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, out, scratch.read("/stderr")};
+}
+
+}  // namespace tests

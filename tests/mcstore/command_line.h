@@ -1,0 +1,29 @@
+// Runs mcstore as its users do, on a directory of the test.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "host/store_directory.h"
+
+namespace tests {
+
+struct Outcome {
+  int exit_code;
+  std::string out;  // standard output
+  std::string err;  // standard error
+};
+
+// Runs "mcstore ARGUMENTS" in a shell.
+Outcome mcstore(const std::string &arguments);
+
+class McstoreTest : public testing::Test {
+ protected:
+  // The same with "--root DIRECTORY" behind the arguments.
+  Outcome mcstore_here(const std::string &arguments) { return mcstore(arguments + " --root " + files.real("")); }
+
+  StoreDirectory files;
+};
+
+}  // namespace tests

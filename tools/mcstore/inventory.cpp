@@ -1,0 +1,161 @@
+#include "mcstore/inventory.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <charconv>
+#include <set>
+
+#include "mcstore/value.h"
+
+namespace mcstore {
+namespace {
+
+using mcserver::FieldType;
+
+[[noreturn]] void refuse(const std::string &place, const std::string &problem) {
+  throw InventoryError(place + ": " + problem);
+}
+
+// ------------------------------------------------------------------------------------------------- JSON
+
+// The library keeps the last of two equal keys without a word; here the first one would be lost.
+class DuplicateKeys {
+ public:
+  bool operator()(int, Json::parse_event_t event, Json &value) {
+    if (event == Json::parse_event_t::object_start) objects_.emplace_back();
+    if (event == Json::parse_event_t::object_end) objects_.pop_back();
+    if (event == Json::parse_event_t::key && !objects_.back().insert(value.get<std::string>()).second)
+      refuse(value.get<std::string>(), "this key stands twice in one object");
+    return true;
+  }
+
+ private:
+  std::vector<std::set<std::string>> objects_;
+};
+
+Json parse_json(const std::string &text) {
+  DuplicateKeys duplicates;
+  try {
+    return Json::parse(
+        text, [&](int depth, Json::parse_event_t event, Json &value) { return duplicates(depth, event, value); });
+  } catch (const Json::parse_error &error) {
+    const std::string message = error.what();
+    throw InventoryError(message.substr(message.find("] ") + 2));  // after the library's own error code
+  }
+}
+
+const Json &as_object(const Json &json, const std::string &place) {
+  if (!json.is_object()) refuse(place, "must be an object");
+  return json;
+}
+
+// ------------------------------------------------------------------------------------------------ fields
+
+void store_number(const Json &value, const Field &field, std::span<uint8_t> bytes, const std::string &place) {
+  const auto bits = static_cast<unsigned>(8 * field.width);
+  const bool is_signed = field.type == FieldType::kSigned;
+  const uint64_t largest = ~uint64_t{0} >> (64 - bits + is_signed);
+  const int64_t smallest = is_signed ? -static_cast<int64_t>(largest) - 1 : 0;
+
+  if (!value.is_number_integer()) refuse(place, "must be a whole number");
+  const bool fits = value.is_number_unsigned() ? value.get<uint64_t>() <= largest : value.get<int64_t>() >= smallest;
+  if (!fits) refuse(place, fmt::format("{} does not fit: from {} to {} does", value.dump(), smallest, largest));
+
+  const auto number = value.is_number_unsigned() ? value.get<uint64_t>() : static_cast<uint64_t>(value.get<int64_t>());
+  for (size_t i = 0; i < field.width; ++i) bytes[i] = static_cast<uint8_t>(number >> (8 * i));
+}
+
+void store_flag(const Json &value, const Field &field, std::span<uint8_t> bytes, const std::string &place) {
+  if (value.is_boolean())
+    bytes[0] = value.get<bool>();
+  else
+    store_number(value, field, bytes, place);
+}
+
+void store_text(const Json &value, const Field &field, std::span<uint8_t> bytes, const std::string &place) {
+  if (!value.is_string()) refuse(place, "must be a string");
+  const auto text = value.get<std::string>();
+  const size_t longest = field.width - 1;  // with its terminator
+  if (text.size() > longest) refuse(place, fmt::format("is {} bytes long: at most {} fit", text.size(), longest));
+  if (text.find('\0') != text.npos) refuse(place, "contains a NUL");
+  std::copy(text.begin(), text.end(), bytes.begin());
+}
+
+void store_bytes(const Json &value, const Field &field, std::span<uint8_t> bytes, const std::string &place) {
+  const std::string digits = value.is_string() ? value.get<std::string>() : "not hexadecimal";
+  if (digits.size() % 2 != 0 || digits.find_first_not_of("0123456789abcdefABCDEF") != digits.npos)
+    refuse(place, "must be a string of pairs of hexadecimal digits");
+  if (digits.size() / 2 > field.width)
+    refuse(place, fmt::format("is {} bytes long: at most {} fit", digits.size() / 2, field.width));
+  for (size_t i = 0; i < digits.size() / 2; ++i)
+    std::from_chars(digits.data() + 2 * i, digits.data() + 2 * i + 2, bytes[i], 16);
+}
+
+void store_field(const Json &value, const Field &field, std::span<uint8_t> record, const std::string &place) {
+  const std::span<uint8_t> bytes = record.subspan(field.offset, field.width);
+  switch (field.type) {
+    case FieldType::kText:
+      return store_text(value, field, bytes, place);
+    case FieldType::kBytes:
+      return store_bytes(value, field, bytes, place);
+    case FieldType::kFlag:
+    case FieldType::kInvertedFlag:
+      return store_flag(value, field, bytes, place);
+    default:
+      return store_number(value, field, bytes, place);
+  }
+}
+
+// ----------------------------------------------------------------------------------------- records and files
+
+const Field &field_named(std::span<const Field> fields, const std::string &name, const std::string &place) {
+  const auto field = std::find_if(fields.begin(), fields.end(), [&](const Field &one) { return one.name == name; });
+  if (field == fields.end()) refuse(place, "is not a field of this object");
+  return *field;
+}
+
+void append_record(std::vector<uint8_t> &file, const Json &object, const Kind &kind, const std::string &place) {
+  file.resize(file.size() + kind.record_size);
+  const std::span<uint8_t> record = std::span(file).last(kind.record_size);
+  for (const auto &[key, value] : as_object(object, place).items()) {
+    const std::string key_place = fmt::format("{}.{}", place, key);
+    store_field(value, field_named(kind.fields, key, key_place), record, key_place);
+  }
+}
+
+void append_records(std::vector<uint8_t> &file, const Json &list, const Kind &kind, const std::string &place) {
+  if (!list.is_array()) refuse(place, "must be an array");
+  for (size_t i = 0; i < list.size(); ++i) append_record(file, list[i], kind, fmt::format("{}[{}]", place, i));
+}
+
+StoreContent parse_store(const Kind &kind, const Json &object, const std::string &place) {
+  size_t header_size = 0;
+  for (const Field &field : kind.store_header) header_size += field.width;
+
+  StoreContent store{.kind = &kind, .bytes = std::vector<uint8_t>(header_size)};
+  for (const auto &[key, value] : as_object(object, place).items()) {
+    const std::string key_place = fmt::format("{}.{}", place, key);
+    if (key == "records")
+      append_records(store.bytes, value, kind, key_place);
+    else
+      store_field(value, field_named(kind.store_header, key, key_place), store.bytes, key_place);
+  }
+  return store;
+}
+
+}  // namespace
+
+std::vector<StoreContent> parse_inventory(const std::string &json_text) {
+  const Json root = parse_json(json_text);
+  std::vector<StoreContent> stores;
+  for (const auto &[key, value] : as_object(root, "the inventory").items()) {
+    const auto kind =
+        std::find_if(kinds().begin(), kinds().end(), [&, &name = key](const Kind &one) { return one.name == name; });
+    if (kind == kinds().end()) refuse(key, "is not a kind of device");
+    stores.push_back(parse_store(*kind, value, key));
+  }
+  return stores;
+}
+
+}  // namespace mcstore

@@ -1,0 +1,31 @@
+// Turns the JSON description of an inventory into the store files that a collector would write.
+//
+//   {"controllers": {"subsystem_state": 2, "records": [{"index": 0, "controller": "SLOT-0", ...}, ...]}}
+//
+// The keys are the kinds' names, the header's fields and the records' fields; what is left out is zero.
+#pragma once
+
+#include <cstdint>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "mcstore/kind.h"
+
+namespace mcstore {
+
+struct StoreContent {
+  const Kind *kind;
+  std::vector<uint8_t> bytes;
+};
+
+// Something in the description that cannot be stored; the message says where it stands.
+class InventoryError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+// Throws InventoryError.
+std::vector<StoreContent> parse_inventory(const std::string &json_text);
+
+}  // namespace mcstore

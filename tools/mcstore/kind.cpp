@@ -1,0 +1,89 @@
+#include "mcstore/kind.h"
+
+#include <algorithm>
+
+#include "mcserver_storage.h"
+#include "records/controller_record.h"
+#include "records/nvme_ctlr_record.h"
+#include "records/nvme_drive_record.h"
+
+namespace mcstore {
+namespace {
+
+namespace records = mcserver::records;
+
+constexpr std::string_view kStorageLock = "/var/storctlr_info";
+constexpr std::string_view kNvmeLock = "/var/nvmectlr_info";
+
+Kind controllers() {
+  return {
+      .name = "controllers",
+      .title = "RAID controllers",
+      .full_entry_point = "mc_get_store_ctrls",
+      .delta_entry_point = "mc_delta_store_ctrls",
+      .lock_path = kStorageLock,
+      .store_path = "/var/storctlr_info",
+      .store_header = records::kControllerFileHeader,
+      .record_size = sizeof(StorCtlrInfo),
+      .fields = records::kController,
+      .layout = BinaryLayout{.header_size = sizeof(StoreReplyHeader),
+                             .count = FIELD(StoreReplyHeader, count, mcserver::kUnprinted),
+                             .record_size = FIELD(StoreReplyHeader, record_size, mcserver::kUnprinted),
+                             .state = FIELD(StoreReplyHeader, state, mcserver::kUnprinted)},
+      .identity = {"index", "serial_number"},
+      .label = "controller",
+      .gone_field = "controller_status",
+      .gone_text = "4",
+  };
+}
+
+Kind nvme_controllers() {
+  return {
+      .name = "nvme-controllers",
+      .title = "NVMe controllers and switches",
+      .full_entry_point = "mc_get_nvme_controller",
+      .delta_entry_point = "mc_event_nvme_controller",
+      .lock_path = kNvmeLock,
+      .store_path = "/var/nvmectlr_info",
+      .store_header = records::kNvmeCtlrFileHeader,
+      .record_size = sizeof(NvmeCtlrInfo),
+      .fields = records::kNvmeCtlr,
+      .layout = {},
+      .identity = {"controller_name"},
+      .label = "controller_name",
+      .gone_field = "status",
+      .gone_text = "Deleted",
+  };
+}
+
+Kind nvme_drives() {
+  return {
+      .name = "nvme-drives",
+      .title = "NVMe drives",
+      .full_entry_point = "mc_get_nvme_phy_drive",
+      .delta_entry_point = "mc_event_nvme_phy_drive",
+      .lock_path = kNvmeLock,
+      .store_path = "/var/nvmephydrive_info",
+      .store_header = records::kNvmeDriveFileHeader,
+      .record_size = sizeof(NvmePhyDriveInfo),
+      .fields = records::kNvmeDrive,
+      .layout = {},
+      .identity = {"smbios_pcislotname", "serial_number"},
+      .label = "smbios_pcislotname",
+      .gone_field = "status",
+      .gone_text = "Deleted",
+  };
+}
+
+}  // namespace
+
+const std::vector<Kind> &kinds() {
+  static const std::vector<Kind> all = {controllers(), nvme_controllers(), nvme_drives()};
+  return all;
+}
+
+const Kind &kind_named(std::string_view name) {
+  return *std::find_if(kinds().begin(), kinds().end(), [&](const Kind &kind) { return kind.name == name; });
+}
+
+}  // namespace mcstore

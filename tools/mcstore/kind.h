@@ -1,0 +1,51 @@
+// The kinds of device that the tool knows. All it does with a kind follows from its entry here and its record table.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <span>
+#include <string_view>
+#include <vector>
+
+#include "shared/field.h"
+
+namespace mcstore {
+
+using mcserver::Field;
+
+// Where the header of a packed reply holds what the tool needs. Its numbers are big-endian, in a simulated reply
+// little-endian.
+struct BinaryLayout {
+  size_t header_size;
+  Field count;
+  Field record_size;
+  std::optional<Field> state;
+};
+
+struct Kind {
+  std::string_view name;   // as the command line and JSON spell it
+  std::string_view title;  // as people read it
+  std::string_view full_entry_point;
+  std::string_view delta_entry_point;
+
+  std::string_view lock_path;
+  std::string_view store_path;
+  std::span<const Field> store_header;
+  size_t record_size;
+  std::span<const Field> fields;
+  std::optional<BinaryLayout> layout;  // none: the kind answers in XML
+
+  // Names of fields. The identity tells one device from another; the label is what people call a device. A delta
+  // reports a gone device by this text of this field; beside it, only identity and label are sure to be there.
+  std::vector<std::string_view> identity;
+  std::string_view label;
+  std::string_view gone_field;
+  std::string_view gone_text;
+};
+
+const std::vector<Kind> &kinds();
+
+// The kind of this name, which must be one of kinds().
+const Kind &kind_named(std::string_view name);
+
+}  // namespace mcstore

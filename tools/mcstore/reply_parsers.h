@@ -1,0 +1,13 @@
+// The two forms in which the plug-in answers. Both throw MalformedReply, and leave Reply::bytes to their caller.
+#pragma once
+
+#include <string>
+
+#include "mcstore/reply.h"
+
+namespace mcstore {
+
+Reply parse_binary_reply(const Kind &kind, const std::string &bytes);
+Reply parse_xml_reply(const Kind &kind, const std::string &text);
+
+}  // namespace mcstore

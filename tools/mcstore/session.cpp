@@ -1,0 +1,72 @@
+#include "mcstore/session.h"
+
+#include <fmt/format.h>
+
+#include <cstdio>
+#include <filesystem>
+
+#include "mcserver_storage.h"
+
+namespace mcstore {
+namespace {
+
+constexpr char kPluginName[] = "libmcserver_storage.so";
+
+// Beside the program (a build tree), in the lib directory beside the program's (an installation), or where the dynamic
+// loader looks.
+std::string find_plugin() {
+  const std::filesystem::path here = std::filesystem::read_symlink("/proc/self/exe").parent_path();
+  for (const std::filesystem::path &candidate : {here / kPluginName, here / "../lib" / kPluginName})
+    if (std::filesystem::exists(candidate)) return candidate.string();
+  return kPluginName;
+}
+
+const char *meaning(int32_t status) {
+  switch (status) {
+    case MC_STORE_REPLY_TOO_LARGE:
+      return "the reply does not fit into the largest buffer that this host grants";
+    case MC_STORE_UNAVAILABLE:
+      return "a store file cannot be opened or locked, or memory is short";
+    case MC_STORE_NO_DATA:
+      return "no data: a store file is missing, or its header cannot be read";
+    case MC_STORE_NO_BUFFER:
+      return "no memory for the XML, or it does not fit into the largest buffer that this host grants";
+    case MC_STORE_NO_IMAGE:
+      return "no memory for the records";
+    default:
+      return "a status without a known meaning";
+  }
+}
+
+}  // namespace
+
+PluginFailure::PluginFailure(const std::string &entry_point, int32_t status)
+    : std::runtime_error(fmt::format("{} returned {}: {}", entry_point, status, meaning(status))) {}
+
+Session::Session(const SessionOptions &options)
+    : options_(options),
+      plugin_(options.plugin.empty() ? find_plugin() : options.plugin),
+      memory_(options.buffer_size) {
+  mc_debug_level = options_.trace_level;
+  outfp = stderr;
+}
+
+std::string Session::call(const std::string &entry_point) {
+  auto *const function = plugin_.function<host::EntryPoint>(entry_point);
+  memory_.clear();
+  uint32_t length = 0;
+  int32_t status;
+  {
+    const host::PluginScope scope(*this);
+    status = function(static_cast<host::ReplyOwner *>(&memory_), memory_.bytes(), memory_.size(), &length);
+  }
+  if (status != MC_STORE_SUCCESS) throw PluginFailure(entry_point, status);
+  return {memory_.bytes(), memory_.bytes() + length};
+}
+
+void Session::on_syslog(int, const std::string &line) {
+  const bool ends_itself = !line.empty() && line.back() == '\n';
+  fprintf(stderr, "syslog: %s%s", line.c_str(), ends_itself ? "" : "\n");
+}
+
+}  // namespace mcstore

@@ -1,0 +1,45 @@
+// One life of the plug-in, as a daemon would host it.
+#pragma once
+
+#include <cstdint>
+#include <stdexcept>
+#include <string>
+
+#include "host/libc_stand_ins.h"
+#include "host/plugin.h"
+#include "mcstore/reply_memory.h"
+
+namespace mcstore {
+
+struct SessionOptions {
+  std::string plugin;            // the shared object; empty for the one beside this program, or the system's
+  std::string root;              // where the plug-in's absolute paths begin; empty for the real ones
+  int32_t trace_level = 0;       // the plug-in traces to standard error when this is above 2
+  uint32_t buffer_size = 65536;  // what the host has at first; it grants whatever the plug-in asks for
+};
+
+// A call that the plug-in answered with a status other than 0.
+class PluginFailure : public std::runtime_error {
+ public:
+  PluginFailure(const std::string &entry_point, int32_t status);
+};
+
+class Session : private host::LibcWatcher {
+ public:
+  // Throws std::runtime_error when the plug-in cannot be loaded.
+  explicit Session(const SessionOptions &options);
+
+  // Calls the entry point and returns the reply's bytes. Throws PluginFailure.
+  std::string call(const std::string &entry_point);
+
+ private:
+  std::string resolve(const std::string &path) override { return options_.root + path; }
+  host::Verdict before(const std::string &, const std::string &) override { return {}; }
+  void on_syslog(int priority, const std::string &line) override;
+
+  SessionOptions options_;
+  host::Plugin plugin_;
+  ReplyMemory memory_;
+};
+
+}  // namespace mcstore

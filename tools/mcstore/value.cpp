@@ -1,0 +1,93 @@
+#include "mcstore/value.h"
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include <algorithm>
+#include <string_view>
+
+namespace mcstore {
+namespace {
+
+using mcserver::FieldType;
+
+std::span<const uint8_t> bytes_of(std::span<const uint8_t> record, const Field &field) {
+  return record.subspan(field.offset, field.width);
+}
+
+int64_t signed_at(std::span<const uint8_t> record, const Field &field, Endian endian) {
+  const auto unused_bits = static_cast<unsigned>(64 - 8 * field.width);
+  const uint64_t at_the_top = number_at(record, field, endian) << unused_bits;
+  return static_cast<int64_t>(at_the_top) >> unused_bits;
+}
+
+std::string text_at(std::span<const uint8_t> record, const Field &field) {
+  const std::span<const uint8_t> bytes = bytes_of(record, field);
+  return {bytes.begin(), std::find(bytes.begin(), bytes.end(), uint8_t{0})};
+}
+
+std::string hex_digits(std::span<const uint8_t> bytes) { return fmt::format("{:02x}", fmt::join(bytes, "")); }
+
+}  // namespace
+
+std::string printable(const std::string &text) {
+  std::string result;
+  for (const char c : text) {
+    const auto byte = static_cast<unsigned char>(c);
+    if (byte >= 0x20 && byte < 0x7F)
+      result += c;
+    else
+      result += fmt::format("\\x{:02x}", byte);
+  }
+  return result;
+}
+
+bool is_hexadecimal(const Field &field) {
+  const std::string_view label = field.label ? field.label : "";
+  return label.find("%x") != label.npos || label.find("%llx") != label.npos;
+}
+
+uint64_t number_at(std::span<const uint8_t> record, const Field &field, Endian endian) {
+  const std::span<const uint8_t> bytes = bytes_of(record, field);
+  uint64_t number = 0;
+  for (size_t i = 0; i < bytes.size(); ++i)
+    number = number << 8 | bytes[endian == Endian::kBig ? i : bytes.size() - 1 - i];
+  return number;
+}
+
+Json json_value(std::span<const uint8_t> record, const Field &field, Endian endian) {
+  switch (field.type) {
+    case FieldType::kText:
+      return text_at(record, field);
+    case FieldType::kBytes:
+      return hex_digits(bytes_of(record, field));
+    case FieldType::kSigned:
+      return signed_at(record, field, endian);
+    default:
+      return number_at(record, field, endian);
+  }
+}
+
+std::string cell_text(std::span<const uint8_t> record, const Field &field, Endian endian) {
+  switch (field.type) {
+    case FieldType::kText:
+      return printable(text_at(record, field));
+    case FieldType::kBytes:
+      return hex_digits(bytes_of(record, field));
+    case FieldType::kSigned:
+      return fmt::format("{}", signed_at(record, field, endian));
+    case FieldType::kFlag:
+    case FieldType::kInvertedFlag: {
+      const uint64_t flag = number_at(record, field, endian);
+      return flag > 1 ? fmt::format("true ({})", flag) : fmt::format("{}", flag == 1);
+    }
+    default: {
+      const uint64_t number = number_at(record, field, endian);
+      return is_hexadecimal(field) ? fmt::format("{:#x}", number) : fmt::format("{}", number);
+    }
+  }
+}
+
+std::string dump_json(const Json &json) { return json.dump(2, ' ', false, Json::error_handler_t::replace); }
+
+}  // namespace mcstore
