@@ -8,16 +8,22 @@ namespace mcserver {
 
 class OwnedMemory {
  public:
-  explicit OwnedMemory(void *bytes) : bytes_(static_cast<uint8_t *>(bytes)) {}
+  explicit OwnedMemory(void *block) : block_(block) {}
   OwnedMemory(const OwnedMemory &) = delete;
   OwnedMemory &operator=(const OwnedMemory &) = delete;
-  ~OwnedMemory() { free(bytes_); }
+  ~OwnedMemory() { free(block_); }
 
-  explicit operator bool() const { return bytes_ != nullptr; }
-  uint8_t *bytes() const { return bytes_; }
+  explicit operator bool() const { return block_ != nullptr; }
+  uint8_t *bytes() const { return static_cast<uint8_t *>(block_); }
+
+  // The block as an array of numbers, for whose alignment malloc answers.
+  template <typename Number>
+  Number *array() const {
+    return static_cast<Number *>(block_);
+  }
 
  private:
-  uint8_t *bytes_;
+  void *block_;
 };
 
 }  // namespace mcserver

@@ -23,6 +23,9 @@ class RecordReader {
     return read(slot, sizeof *slot) ? slot : nullptr;
   }
 
+  // How many bytes are to come, as long as no read falls short.
+  uint64_t remaining() const { return remaining_; }
+
   // Did the last read meet the end of the file? If not, it failed, or the reader stopped before the end.
   bool at_end() const { return at_end_; }
 

@@ -22,11 +22,17 @@ bool ListMemory::resize(uint32_t new_size) {
   return !failed;
 }
 
+bool ListMemory::make(uint32_t new_size) {
+  if (bytes) return true;
+  bytes = calloc(1, new_size);
+  size = bytes ? new_size : 0;
+  return bytes || new_size == 0;
+}
+
 bool ListMemory::enlarge(uint32_t new_size) {
-  if (bytes && size >= new_size) return true;
-  // A list of no entries is fine even if it is null.
-  void *enlarged = bytes ? realloc(bytes, new_size) : calloc(1, new_size);
-  if (!enlarged) return new_size == 0;
+  if (size >= new_size) return true;
+  void *enlarged = realloc(bytes, new_size);
+  if (!enlarged) return false;
   memset(static_cast<uint8_t *>(enlarged) + size, 0, new_size - size);
   bytes = enlarged;
   size = new_size;

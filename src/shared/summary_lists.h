@@ -17,6 +17,9 @@ struct ListMemory {
   // memory. That is told by errno alone: a null block without ENOMEM is not a failure.
   bool resize(uint32_t new_size);
 
+  // Makes the block, zeroed, if there is none yet. False when there is no memory; a list of no entries may be null.
+  bool make(uint32_t new_size);
+
   // Makes it at least `new_size` bytes; what is new in it is zero. False, and all as it was, when there is no memory.
   bool enlarge(uint32_t new_size);
 
@@ -30,20 +33,21 @@ struct ListMemory {
 enum class ListSizing { kEnough, kCurFailed, kCachedFailed };
 
 // Constant-initialised, and released by the kind's own fini function, so that loading the plug-in runs no code.
-template <typename Entry>
+// `CurCount` counts the cur list's entries; where it is narrow it wraps, and the first entries are written over.
+template <typename Entry, typename CurCount = uint32_t>
 class SummaryLists {
  public:
   // Makes both lists at least `entries` long and starts the cur list anew. They grow when they must and never shrink.
   ListSizing reserve(uint32_t entries);
 
-  // The same for the kinds that make their lists once, and judge that by a null result, not by errno. Should `entries`
-  // ever exceed their size, they are enlarged; those that cannot be are kept as they are.
-  ListSizing make(uint32_t entries);
+  // For the kinds that make their lists once, `entries` long, and judge that by a null result, not by errno. When the
+  // file has more to add than that, `to_add`, the cur list is enlarged; without memory for it both are kept.
+  ListSizing make(uint32_t entries, uint32_t to_add);
 
   bool exist() const { return cur_.bytes && cached_.bytes; }
 
   const Entry *cur() const { return static_cast<const Entry *>(cur_.bytes); }
-  uint32_t cur_count() const { return cur_count_; }
+  CurCount cur_count() const { return cur_count_; }
 
   const Entry *cached() const { return static_cast<const Entry *>(cached_.bytes); }
 
@@ -70,13 +74,13 @@ class SummaryLists {
   ListMemory cur_;
   ListMemory cached_;
   uint32_t capacity_ = 0;  // bytes that both lists have at least, 0 after a failure
-  uint32_t cur_count_ = 0;
+  CurCount cur_count_ = 0;
   uint16_t cached_count_ = 0;
   bool cached_is_lost_ = false;
 };
 
-template <typename Entry>
-ListSizing SummaryLists<Entry>::reserve(uint32_t entries) {
+template <typename Entry, typename CurCount>
+ListSizing SummaryLists<Entry, CurCount>::reserve(uint32_t entries) {
   cur_count_ = 0;
   const uint32_t needed = bytes_for(entries);
   if (needed == 0 || (cur_.bytes && capacity_ >= needed)) return ListSizing::kEnough;
@@ -96,18 +100,19 @@ ListSizing SummaryLists<Entry>::reserve(uint32_t entries) {
   return ListSizing::kEnough;
 }
 
-template <typename Entry>
-ListSizing SummaryLists<Entry>::make(uint32_t entries) {
+template <typename Entry, typename CurCount>
+ListSizing SummaryLists<Entry, CurCount>::make(uint32_t entries, uint32_t to_add) {
   cur_count_ = 0;
-  const uint32_t needed = bytes_for(entries);
-  if (!cur_.enlarge(needed)) return ListSizing::kCurFailed;
-  if (cached_.enlarge(needed)) return ListSizing::kEnough;
-  if (!cached_.bytes) cur_.release();
-  return ListSizing::kCachedFailed;
+  if (!cur_.make(bytes_for(entries))) return ListSizing::kCurFailed;
+  if (!cached_.make(bytes_for(entries))) {
+    cur_.release();
+    return ListSizing::kCachedFailed;
+  }
+  return cur_.enlarge(bytes_for(to_add)) ? ListSizing::kEnough : ListSizing::kCurFailed;
 }
 
-template <typename Entry>
-void SummaryLists<Entry>::rotate(uint32_t entries_to_clear) {
+template <typename Entry, typename CurCount>
+void SummaryLists<Entry, CurCount>::rotate(uint32_t entries_to_clear) {
   cached_.clear(bytes_for(entries_to_clear));
   cached_count_ = static_cast<uint16_t>(cur_count_);
   cached_is_lost_ = false;

@@ -12,6 +12,7 @@
 #include "mcserver_storage.h"
 #include "records/nvme_ctlr_record.h"
 #include "shared/exported.h"
+#include "shared/identity_index.h"
 #include "shared/owned_memory.h"
 #include "shared/record_reader.h"
 #include "shared/record_text.h"
@@ -67,9 +68,16 @@ void write_deleted(const NvmeCtlrSummary &entry, NvmeCtlrInfo *record) {
 }
 
 // Records and summaries have this member alike.
-template <typename A, typename B>
-bool is_same_controller(const A &a, const B &b) {
-  return strncmp(a.controller_name, b.controller_name, sizeof a.controller_name) == 0;
+struct Identity {
+  template <typename A, typename B>
+  static int compare(const A &a, const B &b) {
+    return strncmp(a.controller_name, b.controller_name, sizeof a.controller_name);
+  }
+};
+using Index = IdentityIndex<Identity, NvmeCtlrSummary>;
+
+bool is_new_or_modified(const NvmeCtlrInfo &record, const NvmeCtlrSummary *known) {
+  return !known || known->mod_timestamp != record.mod_timestamp;
 }
 
 }  // namespace
@@ -77,18 +85,15 @@ bool is_same_controller(const A &a, const B &b) {
 EXPORTED int32_t new_nvme_ctlr_or_modified(const NvmeCtlrInfo *record, const NvmeCtlrSummary *cached_list,
                                            uint16_t cached_count) {
   if (!record || !cached_list) return 0;
-  for (const NvmeCtlrSummary &entry : std::span(cached_list, cached_count))
-    if (is_same_controller(*record, entry)) return entry.mod_timestamp != record->mod_timestamp;
-  return 1;
+  return is_new_or_modified(*record, first_of<Identity>(std::span(cached_list, cached_count), *record));
 }
 
 EXPORTED void add_deleted_nvme_ctlrs(uint8_t *image, uint16_t cur_count, const NvmeCtlrSummary *cur_list,
                                      uint16_t cached_count, const NvmeCtlrSummary *cached_list) {
   if (!image || !cur_list || !cached_list) return;
-  const std::span cur(cur_list, cur_count);
+  const Index cur({cur_list, cur_count});
   for (const NvmeCtlrSummary &entry : std::span(cached_list, cached_count)) {
-    const auto is_entry = [&](const NvmeCtlrSummary &other) { return is_same_controller(other, entry); };
-    if (std::any_of(cur.begin(), cur.end(), is_entry)) continue;
+    if (cur.find(entry)) continue;
     write_deleted(entry, next_slot(image));
     header_of(image)->count++;
   }
@@ -137,6 +142,7 @@ EXPORTED int32_t get_nvme_controller_info(void *ctx, uint8_t *reply, uint32_t re
   }
 
   write_header(image.bytes(), state);
+  const Index known({lists.cached(), event ? lists.comparable_count() : size_t{0}});
   // A record that is not counted is overwritten by the next one.
   while (NvmeCtlrInfo *record = reader.read_into(next_slot(image.bytes()))) {
     if (!lists.exist()) {
@@ -147,7 +153,7 @@ EXPORTED int32_t get_nvme_controller_info(void *ctx, uint8_t *reply, uint32_t re
     // The time stamp is not remembered, and stays 0.
     NvmeCtlrSummary &entry = lists.add();
     memcpy(entry.controller_name, record->controller_name, sizeof entry.controller_name);
-    if (event && !new_nvme_ctlr_or_modified(record, lists.cached(), lists.comparable_count())) continue;
+    if (event && !is_new_or_modified(*record, known.find(*record))) continue;
 
     if (state_changed)
       SYSTEM_LOG(kNvmeSource, 743, "NVME subsystem state changed, controller_name=%s, modTimestamp=%d\n",

@@ -10,6 +10,7 @@
 #include "mcserver_storage.h"
 #include "records/nvme_drive_record.h"
 #include "shared/exported.h"
+#include "shared/identity_index.h"
 #include "shared/owned_memory.h"
 #include "shared/record_reader.h"
 #include "shared/reply_buffer.h"
@@ -80,10 +81,17 @@ void write_deleted(const NvmeDriveSummary &entry, NvmePhyDriveInfo *record) {
 }
 
 // Records and summaries have these two members alike.
-template <typename A, typename B>
-bool is_same_drive(const A &a, const B &b) {
-  return strncmp(a.smbios_pcislotname, b.smbios_pcislotname, sizeof a.smbios_pcislotname) == 0 &&
-         strncmp(a.serial_number, b.serial_number, sizeof a.serial_number) == 0;
+struct Identity {
+  template <typename A, typename B>
+  static int compare(const A &a, const B &b) {
+    const int slot_order = strncmp(a.smbios_pcislotname, b.smbios_pcislotname, sizeof a.smbios_pcislotname);
+    return slot_order != 0 ? slot_order : strncmp(a.serial_number, b.serial_number, sizeof a.serial_number);
+  }
+};
+using Index = IdentityIndex<Identity, NvmeDriveSummary>;
+
+bool is_new_or_modified(const NvmePhyDriveInfo &record, const NvmeDriveSummary *known) {
+  return !known || known->mod_timestamp != record.mod_timestamp;
 }
 
 }  // namespace
@@ -91,18 +99,15 @@ bool is_same_drive(const A &a, const B &b) {
 EXPORTED int32_t new_nvme_drive_or_modified(const NvmePhyDriveInfo *record, const NvmeDriveSummary *cached_list,
                                             uint16_t cached_count) {
   if (!record || !cached_list) return 0;
-  for (const NvmeDriveSummary &entry : std::span(cached_list, cached_count))
-    if (is_same_drive(*record, entry)) return entry.mod_timestamp != record->mod_timestamp;
-  return 1;
+  return is_new_or_modified(*record, first_of<Identity>(std::span(cached_list, cached_count), *record));
 }
 
 EXPORTED void add_deleted_nvme_drives(uint8_t *image, uint16_t cur_count, const NvmeDriveSummary *cur_list,
                                       uint16_t cached_count, const NvmeDriveSummary *cached_list) {
   if (!image || !cur_list || !cached_list) return;
-  const std::span cur(cur_list, cur_count);
+  const Index cur({cur_list, cur_count});
   for (const NvmeDriveSummary &entry : std::span(cached_list, cached_count)) {
-    const auto is_entry = [&](const NvmeDriveSummary &other) { return is_same_drive(other, entry); };
-    if (std::any_of(cur.begin(), cur.end(), is_entry)) continue;
+    if (cur.find(entry)) continue;
     write_deleted(entry, next_slot(image));
     header_of(image)->count++;
   }
@@ -138,7 +143,8 @@ EXPORTED int32_t get_nvme_phy_drive_info(void *ctx, uint8_t *reply, uint32_t rep
   write_header(image.bytes(), state, max_entries);
 
   SummaryLists<NvmeDriveSummary> &lists = baseline.lists;
-  switch (lists.make(max_entries)) {
+  const uint64_t records = reader.remaining() / kRecordSize;
+  switch (lists.make(max_entries, static_cast<uint32_t>(std::min<uint64_t>(max_entries, records)))) {
     case ListSizing::kCurFailed:
       TRACE(kFunction, 488, "cur_pd_list memory allocation failed\n");
       return MC_STORE_UNAVAILABLE;
@@ -149,6 +155,7 @@ EXPORTED int32_t get_nvme_phy_drive_info(void *ctx, uint8_t *reply, uint32_t rep
       break;
   }
 
+  const Index known({lists.cached(), event ? lists.comparable_count() : size_t{0}});
   // A record that is not counted is overwritten by the next one.
   while (NvmePhyDriveInfo *record = reader.read_into(next_slot(image.bytes()))) {
     if (lists.cur_count() >= max_entries) {
@@ -157,7 +164,7 @@ EXPORTED int32_t get_nvme_phy_drive_info(void *ctx, uint8_t *reply, uint32_t rep
       break;
     }
     summarize(*record, lists.add());
-    if (event && !new_nvme_drive_or_modified(record, lists.cached(), lists.comparable_count())) continue;
+    if (event && !is_new_or_modified(*record, known.find(*record))) continue;
 
     if (state_changed) SYSTEM_LOG(kNvmeSource, 539, "NVME subsystem state changed");
     header_of(image.bytes())->count++;

@@ -10,6 +10,7 @@
 #include "mcserver_storage/storage_lock.h"
 #include "records/controller_record.h"
 #include "shared/exported.h"
+#include "shared/identity_index.h"
 #include "shared/network_order.h"
 #include "shared/record_reader.h"
 #include "shared/reply_buffer.h"
@@ -90,19 +91,25 @@ void write_gone(const CtlrSummary &entry, StorCtlrInfo *record) {
 }
 
 // Records and summaries have these two members alike.
-template <typename A, typename B>
-bool is_same_controller(const A &a, const B &b) {
-  return a.index == b.index && strncmp(a.serial_number, b.serial_number, sizeof a.serial_number) == 0;
+struct Identity {
+  template <typename A, typename B>
+  static int compare(const A &a, const B &b) {
+    return a.index != b.index ? a.index - b.index : strncmp(a.serial_number, b.serial_number, sizeof a.serial_number);
+  }
+};
+using Index = IdentityIndex<Identity, CtlrSummary>;
+
+bool is_new_or_modified(const StorCtlrInfo &record, const CtlrSummary *known) {
+  return !known || known->mod_timestamp != record.mod_timestamp;
 }
 
-bool is_gone(const CtlrSummary &cached, std::span<const CtlrSummary> cur) {
+bool is_gone(const CtlrSummary &cached, const Index &cur) {
   const bool is_known = cached.serial_number[0] != '\0' && cached.vendor_id != 0 && cached.device_id != 0 &&
                         cached.subvendor_id != 0 && cached.subdevice_id != 0;
-  return is_known && std::none_of(cur.begin(), cur.end(),
-                                  [&](const CtlrSummary &entry) { return is_same_controller(entry, cached); });
+  return is_known && !cur.find(cached);
 }
 
-uint32_t count_gone(std::span<const CtlrSummary> cur, std::span<const CtlrSummary> cached) {
+uint32_t count_gone(const Index &cur, std::span<const CtlrSummary> cached) {
   return static_cast<uint32_t>(
       std::count_if(cached.begin(), cached.end(), [&](const CtlrSummary &entry) { return is_gone(entry, cur); }));
 }
@@ -114,7 +121,7 @@ bool make_room_for_gone(ReplyBuffer &reply, uint32_t reported, std::span<const C
   const auto length_with = [&](uint32_t gone) { return reply_length(std::min(reported + gone, kSlots)); };
   if (length_with(static_cast<uint32_t>(cached.size())) <= reply.size()) return true;  // even if all of them are gone
 
-  const uint32_t needed = length_with(count_gone(cur, cached));
+  const uint32_t needed = length_with(count_gone(Index(cur), cached));
   if (needed <= reply.size()) return true;
   return reply.grow_and_keep(needed) || refuse_reply(needed);
 }
@@ -124,16 +131,15 @@ bool make_room_for_gone(ReplyBuffer &reply, uint32_t reported, std::span<const C
 EXPORTED int32_t new_ctlr_or_modified(const StorCtlrInfo *record, const CtlrSummary *cached_list,
                                       uint16_t cached_count) {
   if (!record || !cached_list) return 0;
-  for (const CtlrSummary &entry : std::span(cached_list, cached_count))
-    if (is_same_controller(*record, entry)) return entry.mod_timestamp != record->mod_timestamp;
-  return 1;
+  return is_new_or_modified(*record, first_of<Identity>(std::span(cached_list, cached_count), *record));
 }
 
 EXPORTED void add_deleted_ctlrs(uint8_t *reply, uint16_t cur_count, const CtlrSummary *cur_list, uint16_t cached_count,
                                 const CtlrSummary *cached_list) {
   if (!reply || !cur_list || !cached_list) return;
+  const Index cur({cur_list, cur_count});
   for (const CtlrSummary &entry : std::span(cached_list, cached_count)) {
-    if (!is_gone(entry, std::span(cur_list, cur_count))) continue;
+    if (!is_gone(entry, cur)) continue;
     write_gone(entry, next_slot(reply));
     header_of(reply)->count++;
   }
@@ -176,6 +182,7 @@ EXPORTED int32_t get_store_ctrls(void *ctx, uint8_t *buf, uint32_t bufsize, uint
 
   if (!reply.bytes()) return MC_STORE_UNAVAILABLE;  // the host's error: no buffer, but the size of one
   write_header(reply.bytes(), state, 0, to_big_endian(kRecordSize));
+  const Index known({lists.cached(), delta ? lists.comparable_count() : size_t{0}});
   uint32_t reported = 0;  // unlike the header's count, does not wrap
   // A record that is not counted is overwritten by the next one.
   while (StorCtlrInfo *record = reader.read_into(next_slot(reply.bytes()))) {
@@ -186,7 +193,7 @@ EXPORTED int32_t get_store_ctrls(void *ctx, uint8_t *buf, uint32_t bufsize, uint
     }
     print_ctlrinfo(record, nullptr);
     summarize(*record, lists.add());
-    if (delta && !new_ctlr_or_modified(record, lists.cached(), lists.comparable_count())) continue;
+    if (delta && !is_new_or_modified(*record, known.find(*record))) continue;
 
     if (state_changed)
       SYSTEM_LOG(kStorageSource, 989, "Storage subsystem state changed, ctlr_index=%d, modTimestamp=%d\n",

@@ -87,13 +87,13 @@ TEST_F(NvmeDriveFailures, AFailedCachedListIsTracedAndFreesTheCurList) {
 TEST_F(NvmeDriveFailures, ListsThatCannotGrowAreKept) {
   store(nvme_drive_file(kMainPower, {NvmeDrive{.slot = "A"}}));
   full();
-  store(nvme_drive_file(200, kMainPower, {NvmeDrive{.slot = "B"}}), 2000);
+  const Bytes swapped = nvme_drive_file(kMainPower, {NvmeDrive{.slot = "B"}, NvmeDrive{.slot = "C"}});
+  store(swapped, 2000);
   fail("realloc", 1, ENOMEM);
   EXPECT_EQ(event().status, -35);
-  store(nvme_drive_file(200, kMainPower, {NvmeDrive{.slot = "B"}}), 3000);
+  store(swapped, 3000);
 
-  NvmeDrive deleted{.slot = "A"};
-  EXPECT_EQ(text_of(event()).substr(0, 45), drive_summary(2).substr(0, 45));
+  EXPECT_EQ(text_of(event()).substr(0, 45), drive_summary(3).substr(0, 45));
 }
 
 TEST_F(NvmeDriveFailures, AFailedTextHasNoBuffer) {
@@ -206,22 +206,26 @@ TEST_F(NvmeDriveFailures, ListsOfNoEntriesMayBeNull) {
   EXPECT_EQ(trace(), "");
 }
 
-TEST_F(NvmeDriveFailures, EachListThatCannotGrowIsTraced) {
+TEST_F(NvmeDriveFailures, AListThatCannotGrowIsTraced) {
   trace_at(3);
   store(nvme_drive_file(kMainPower, {NvmeDrive()}));
   full();
-  store(nvme_drive_file(9, kMainPower, {NvmeDrive()}), 2000);
-
+  store(nvme_drive_file(kMainPower, {NvmeDrive(), NvmeDrive{.slot = "B"}}), 2000);
   fail("realloc", 1, ENOMEM);
+
   EXPECT_EQ(event().status, -35);
   EXPECT_EQ(trace(), "<get_nvme_phy_drive_info: 488> [get_nvme_phy_drive_info]cur_pd_list memory allocation failed\n");
-  store(nvme_drive_file(9, kMainPower, {NvmeDrive()}), 3000);
-  fail("realloc", 2, ENOMEM);
-  EXPECT_EQ(event().status, -35);
-  EXPECT_EQ(trace(),
-            "<get_nvme_phy_drive_info: 499> [get_nvme_phy_drive_info]cached_pd_list memory allocation failed\n");
-  store(nvme_drive_file(9, kMainPower, {NvmeDrive()}), 4000);
+  store(nvme_drive_file(kMainPower, {NvmeDrive()}), 3000);
   EXPECT_EQ(event().length, 0u);  // both lists were kept, and the drive is known
+}
+
+TEST_F(NvmeDriveFailures, NoMemoryIsAskedForDrivesThatAreOnlyAnnounced) {
+  store(nvme_drive_file(kMainPower, {NvmeDrive()}));
+  full();
+  store(nvme_drive_file(9, kMainPower, {NvmeDrive()}), 2000);
+  fail("realloc", 1, ENOMEM);
+
+  EXPECT_EQ(event().status, 0);
 }
 
 TEST_F(NvmeDriveFailures, AHeaderThatCannotBeReadIsNoData) {

@@ -1,0 +1,67 @@
+// Finds the entry of a summary list that has a device's identity. A file may hold tens of thousands of devices, and
+// each of them is looked up: walking the list every time would take minutes.
+#pragma once
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdint>
+#include <cstdlib>
+#include <numeric>
+#include <span>
+
+#include "shared/owned_memory.h"
+
+namespace mcserver {
+
+// The first entry with this identity decides, whatever follows. Null when there is none.
+template <typename Identity, typename Entry, typename Device>
+const Entry *first_of(std::span<const Entry> entries, const Device &device) {
+  const auto is_it = [&](const Entry &entry) { return Identity::compare(entry, device) == 0; };
+  const auto found = std::find_if(entries.begin(), entries.end(), is_it);
+  return found == entries.end() ? nullptr : &*found;
+}
+
+// Gives the answers of first_of(), from the places of the entries in the order of their identities. That is sorted, not
+// hashed, because a file cannot be made to slow it down. `Identity::compare` is less than, equal to or greater than 0
+// like strcmp, for any two of the kind's records and summary entries.
+template <typename Identity, typename Entry>
+class IdentityIndex {
+ public:
+  explicit IdentityIndex(std::span<const Entry> entries) : entries_(entries), memory_(allocate(entries.size())) {
+    std::iota(places().begin(), places().end(), uint16_t{0});
+    std::sort(places().begin(), places().end(), [&](uint16_t a, uint16_t b) {
+      const int order = Identity::compare(entries_[a], entries_[b]);
+      return order != 0 ? order < 0 : a < b;
+    });
+  }
+
+  template <typename Device>
+  const Entry *find(const Device &device) const {
+    if (!memory_) return first_of<Identity>(entries_, device);
+    const auto place = std::lower_bound(places().begin(), places().end(), device, [&](uint16_t a, const Device &b) {
+      return Identity::compare(entries_[a], b) < 0;
+    });
+    if (place == places().end() || Identity::compare(entries_[*place], device) != 0) return nullptr;
+    return &entries_[*place];
+  }
+
+ private:
+  static constexpr size_t kLongest = UINT16_MAX;  // as long as the interfaces' counts allow
+
+  // Null when there is no memory: then the list is walked. That is no failure of the call, so errno does not tell it.
+  static void *allocate(size_t entries) {
+    const int error = errno;
+    void *memory = entries > 0 && entries <= kLongest ? malloc(entries * sizeof(uint16_t)) : nullptr;
+    errno = error;
+    return memory;
+  }
+
+  std::span<uint16_t> places() const {
+    return {memory_.array<uint16_t>(), memory_ ? entries_.size() : 0};
+  }
+
+  std::span<const Entry> entries_;
+  OwnedMemory memory_;
+};
+
+}  // namespace mcserver
