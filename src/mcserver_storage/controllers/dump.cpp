@@ -4,18 +4,15 @@
 #include <span>
 
 #include "mcserver_storage.h"
+#include "mcserver_storage/dump_files.h"
 #include "records/controller_record.h"
 #include "shared/exported.h"
-#include "shared/markers.h"
 #include "shared/record_text.h"
 
 namespace mcserver::controllers {
 namespace {
 
-constexpr char kRecordMarker[] = "/var/mctool_stordebug";
-constexpr char kRecordDump[] = "/var/mctool_stordebug.txt";
-constexpr char kListMarker[] = "/var/mctool_ctlrdebug";
-constexpr char kListDump[] = "/var/mctool_ctlrdebug.txt";
+constexpr ListDump kListDump = {"/var/mctool_ctlrdebug", "/var/mctool_ctlrdebug.txt"};
 
 constexpr std::span<const Field> kFields = records::kController;
 constexpr const Field &kIndex = kFields[row_of(records::kController, "index")];
@@ -39,24 +36,14 @@ void print_record(const StorCtlrInfo *record, FILE *stream) {
   print_fields(stream, kTheRest, shown.bytes());
 }
 
+void print_entry(const CtlrSummary *entry, FILE *stream) { fprintf(stream, "[%d]  ", entry->index); }
+
 }  // namespace
 
-EXPORTED void print_ctlrinfo(const StorCtlrInfo *record, FILE *stream) {
-  if (!record) return;
-  if (stream) return print_record(record, stream);
-
-  const Stream dump = open_dump(kRecordMarker, kRecordDump);
-  if (dump) print_record(record, dump.get());
-}
+EXPORTED void print_ctlrinfo(const StorCtlrInfo *record, FILE *stream) { dump_record(record, stream, print_record); }
 
 EXPORTED void print_ctlr_list(const CtlrSummary *list, int32_t count, const char *title) {
-  if (!list || !title) return;
-  const Stream dump = open_dump(kListMarker, kListDump);
-  if (!dump) return;
-
-  fprintf(dump.get(), "\n %s \n", title);
-  for (int32_t i = 0; i < count; ++i) fprintf(dump.get(), "[%d]  ", list[i].index);
-  fprintf(dump.get(), "\n");
+  dump_list(kListDump, list, count, title, print_entry);
 }
 
 }  // namespace mcserver::controllers

@@ -1,27 +1,19 @@
 // What the host calls for controllers, and the inventory that a simulation makes up.
 
 #include <cstdio>
-#include <cstring>
 
 #include "mcserver_storage.h"
 #include "mcserver_storage/controllers/reply.h"
+#include "mcserver_storage/entry_point.h"
+#include "mcserver_storage/simulation.h"
 #include "shared/exported.h"
-#include "shared/markers.h"
 #include "shared/trace.h"
 
 namespace mcserver::controllers {
 namespace {
 
-constexpr char kSimulationMarker[] = "/debug/mctool_storage_debug";
 constexpr uint8_t kSimulatedState = 2;
 constexpr uint8_t kSimulatedCount = 2;
-
-// Writes the text and its terminator; the rest of the field stays as the buffer held it.
-template <size_t Width, size_t Size>
-void write_text(char (&field)[Width], const char (&text)[Size]) {
-  static_assert(Size <= Width);
-  memcpy(field, text, Size);
-}
 
 // Fields that do not appear here stay as the buffer held them.
 void write_simulated_record(uint8_t index, StorCtlrInfo *record) {
@@ -125,26 +117,12 @@ int32_t simulate(void *ctx, uint8_t *buf, uint32_t bufsize, uint32_t *len) {
 
 }  // namespace
 
-// The two null-buffer paths differ, in the length, and hosts have come to rely on it. A null length is refused where it
-// would first be written.
 EXPORTED int32_t mc_get_store_ctrls(void *ctx, uint8_t *buf, uint32_t bufsize, uint32_t *len) {
-  if (!buf) {
-    TRACE("mc_get_store_ctrls", 1093, "buf is NULL\n");
-    return MC_STORE_UNAVAILABLE;
-  }
-  if (!len) return MC_STORE_UNAVAILABLE;  // the host's error
-  if (marker_exists(kSimulationMarker)) return simulate(ctx, buf, bufsize, len);
-  return get_store_ctrls(ctx, buf, bufsize, len, 0);
+  return get_full({"mc_get_store_ctrls", 1093}, get_store_ctrls, simulate, ctx, buf, bufsize, len);
 }
 
 EXPORTED int32_t mc_delta_store_ctrls(void *ctx, uint8_t *buf, uint32_t bufsize, uint32_t *len) {
-  if (!len) return MC_STORE_UNAVAILABLE;  // the host's error
-  if (!buf) {
-    *len = 0;
-    TRACE("mc_delta_store_ctrls", 1225, "buf is NULL\n");
-    return MC_STORE_UNAVAILABLE;
-  }
-  return get_store_ctrls(ctx, buf, bufsize, len, 1);
+  return get_delta({"mc_delta_store_ctrls", 1225}, get_store_ctrls, ctx, buf, bufsize, len);
 }
 
 }  // namespace mcserver::controllers
