@@ -246,6 +246,266 @@ void print_ctlrinfo(const StorCtlrInfo *record, FILE *stream);
 /* Appends the list's indices to /var/mctool_ctlrdebug.txt, if the file /var/mctool_ctlrdebug exists. */
 void print_ctlr_list(const CtlrSummary *list, int32_t count, const char *title);
 
+/* ------------------------------------------------------------------------------------------------ physical drives */
+
+/*
+ * A physical drive. In the store file /var/storphydrive_info these records follow the number of drives (four bytes);
+ * in a reply they follow the PhyDriveReplyHeader, with big-endian numbers. Texts as in StorCtlrInfo.
+ */
+typedef struct StorPhyDriveInfo {
+  uint8_t controller_index;             /* 0: identity, together with the slot and the serial number */
+  uint8_t slot_num;                     /* 1: identity */
+  uint8_t lsi_drive_num;                /* 2 */
+  uint8_t power_state;                  /* 3: 0 active, 1 powersave, 2 transitioning */
+  uint16_t device_id;                   /* 4 */
+  uint16_t enclosure_device_id;         /* 6 */
+  uint32_t media_err_count;             /* 8 */
+  uint32_t other_err_count;             /* 12 */
+  uint32_t predictive_failure_count;    /* 16 */
+  uint8_t disabled_for_removal;         /* 20 */
+  uint16_t block_size;                  /* 21: bytes */
+  uint64_t raw_size;                    /* 23: bytes */
+  uint64_t non_coerced_size;            /* 31: bytes */
+  uint64_t coerced_size;                /* 39: bytes */
+  uint8_t link_speed;                   /* 47: 0 unknown, 1 1.5 Gb/s, 2 3 Gb/s, 3 6 Gb/s, 4 12 Gb/s */
+  uint8_t device_type;                  /* 48: 0 disk, 1 SSD */
+  uint8_t interface_type;               /* 49: 0 unknown, 1 SATA, 2 SAS */
+  char product_id[17];                  /* 50 */
+  char vendor[9];                       /* 67 */
+  char firmware[5];                     /* 76 */
+  char serial_num[21];                  /* 81: identity */
+  uint8_t status;                       /* 102: 14 in a delta reply = gone */
+  uint8_t fault;                        /* 103 */
+  uint8_t online;                       /* 104 */
+  uint8_t temp_valid;                   /* 105: does the temperature mean anything? */
+  uint8_t temperature;                  /* 106 */
+  uint8_t rebuild_status;               /* 107 */
+  int8_t rebuild_percent_complete;      /* 108: -1 = no such operation, as for all of these */
+  uint32_t rebuild_start_timestamp;     /* 109 */
+  uint32_t rebuild_end_timestamp;       /* 113 */
+  uint8_t copyback_status;              /* 117 */
+  int8_t copyback_percent_complete;     /* 118 */
+  uint32_t copyback_start_timestamp;    /* 119 */
+  uint32_t copyback_end_timestamp;      /* 123 */
+  uint8_t boot_drive;                   /* 127 */
+  uint32_t mod_timestamp;               /* 128: changes whenever anything in the record does */
+  char product_id_v3[97];               /* 132 */
+  uint8_t locator_state_v7;             /* 229 */
+  uint8_t patrol_read_status;           /* 230 */
+  int8_t patrol_read_percent_complete;  /* 231 */
+  uint32_t patrol_read_start_timestamp; /* 232 */
+  uint32_t patrol_read_end_timestamp;   /* 236 */
+  uint8_t clear_status;                 /* 240 */
+  int8_t clear_percent_complete;        /* 241 */
+  uint32_t clear_start_timestamp;       /* 242 */
+  uint32_t clear_end_timestamp;         /* 246 */
+  uint8_t erase_status;                 /* 250 */
+  int8_t erase_percent_complete;        /* 251 */
+  uint32_t erase_start_timestamp;       /* 252 */
+  uint32_t erase_end_timestamp;         /* 256 */
+  uint8_t enclosure_association;        /* 260: 1 directly attached, anything else behind an expander */
+  uint8_t enclosure_logical_id[8];      /* 261: never converted */
+  uint64_t enclosure_sas_address[2];    /* 269 */
+  uint16_t physical_block_size;         /* 285: bytes */
+  uint8_t transport_ready;              /* 287 */
+  char status_desc[64];                 /* 288 */
+  uint64_t powercycle_count;            /* 352 */
+  uint64_t power_on_hours;              /* 360 */
+  uint8_t percentage_life;              /* 368 */
+  uint64_t wear_status_days;            /* 369 */
+  uint8_t pd_sed_state;                 /* 377: bit set of the self-encrypting drive */
+  char pd_error[64];                    /* 378 */
+  uint8_t extended_status;              /* 442 */
+  uint8_t state;                        /* 443 */
+  char firmware_v37[9];                 /* 444 */
+} MC_STORE_PACKED StorPhyDriveInfo;
+
+/* What the plug-in remembers of it between calls, in the byte order of the machine. */
+typedef struct PhyDriveSummary {
+  uint8_t controller_index;
+  uint8_t slot_num;
+  char serial_num[21];
+  uint32_t mod_timestamp;
+} PhyDriveSummary;
+
+/* The first bytes of a physical drive reply. The records follow. In a simulated reply the numbers are little-endian. */
+typedef struct PhyDriveReplyHeader {
+  uint8_t type;         /* 0: always 0x28 */
+  uint8_t zero_1;       /* 1 */
+  uint8_t simulated;    /* 2: 1 in a simulated reply, else 0 */
+  uint16_t announced;   /* 3: the number of drives that the store file announces, modulo 65536; big-endian */
+  uint16_t count;       /* 5: the records that follow, modulo 65536; big-endian */
+  uint32_t record_size; /* 7: big-endian */
+  uint8_t zero_2;       /* 11 */
+  uint8_t unwritten[8]; /* 12: as the buffer held it */
+} MC_STORE_PACKED PhyDriveReplyHeader;
+
+/*
+ * All physical drives, as many as the store file holds, whatever number it announces.
+ *
+ * A null buf is refused with MC_STORE_UNAVAILABLE and leaves *len alone.
+ *
+ * While the file /debug/mctool_storage_debug exists, the reply is a made-up inventory with little-endian numbers. It
+ * announces two drives in 926 bytes, but a third record is written behind them: a host that wants to try this must
+ * pass, or grant, a buffer of at least 1379 bytes.
+ */
+int32_t mc_get_store_phydrives(void *ctx, uint8_t *buf, uint32_t bufsize, uint32_t *len);
+
+/*
+ * The drives that are new or modified since the previous call of either entry point, then a record for each one that
+ * is gone: status is 14, and only controller_index, slot_num and serial_num are written beside it. Never simulates. A
+ * null buf is refused with MC_STORE_UNAVAILABLE. The length is 0 when there is nothing to report.
+ */
+int32_t mc_delta_store_phydrives(void *ctx, uint8_t *buf, uint32_t bufsize, uint32_t *len);
+
+/* What both entry points call: everything when `delta` is 0, the changes when it is 1. With any other value the reply
+   is that of a full call, but the length is 0. */
+int32_t get_store_phydrives(void *ctx, uint8_t *buf, uint32_t bufsize, uint32_t *len, int32_t delta);
+
+/*
+ * Is the record's drive missing from the cached list, or there with another mod_timestamp? 1 or 0; 0 when an argument
+ * is null. The record is in file byte order.
+ */
+int32_t new_drive_or_modified(const StorPhyDriveInfo *record, const PhyDriveSummary *cached_list,
+                              uint16_t cached_count);
+
+/*
+ * Appends a record to the reply for each cached drive that is not in the cur list. The reply's count must be in the
+ * byte order of the machine, and the reply must have room: the call cannot know its size.
+ */
+void add_deleted_drives(uint8_t *reply, uint16_t cur_count, const PhyDriveSummary *cur_list, uint16_t cached_count,
+                        const PhyDriveSummary *cached_list);
+
+/* As print_ctlrinfo, to the same file. */
+void print_pdinfo(const StorPhyDriveInfo *record, FILE *stream);
+
+/* Appends the list's serial numbers to /var/mctool_pddebug.txt, if the file /var/mctool_pddebug exists. */
+void print_pd_list(const PhyDriveSummary *list, int32_t count, const char *title);
+
+/* ------------------------------------------------------------------------------------------------ BBUs */
+
+/* The part of a BBU record that is about a capacitor, and the one that is about a battery. */
+typedef struct StorBbuCapacitor {
+  uint8_t capacitance;          /* 73 */
+  uint16_t design_capacity;     /* 74 */
+  uint16_t pack_energy;         /* 76 */
+  uint8_t remaining_pool_space; /* 78 */
+  uint8_t unused[6];            /* 79 */
+} MC_STORE_PACKED StorBbuCapacitor;
+
+typedef struct StorBbuBattery {
+  uint8_t retention_time;           /* 73 */
+  uint8_t relative_state_of_charge; /* 74 */
+  uint8_t absolute_state_of_charge; /* 75 */
+  uint8_t expected_margin_of_error; /* 76 */
+  uint16_t design_capacity;         /* 77 */
+  uint16_t full_capacity;           /* 79 */
+  uint16_t remaining_capacity;      /* 81: little-endian in a reply, too */
+  uint16_t completed_charge_cycles; /* 83 */
+} MC_STORE_PACKED StorBbuBattery;
+
+/*
+ * A battery backup unit: the battery or capacitor that keeps a controller's cache. The store file /var/storBBU_info
+ * holds nothing but these records; in a reply they follow the BbuReplyHeader, with big-endian numbers. Texts as in
+ * StorCtlrInfo.
+ */
+typedef struct StorBbuInfo {
+  uint8_t controller_index;             /* 0: identity */
+  uint8_t change_id;                    /* 1 */
+  uint8_t status;                       /* 2 */
+  uint8_t type;                         /* 3: 0 none, 1 IBBU, 2 BBU, 3 ZCR, 4 ITBBU3, 5 IBBU08, 6 IBBU09, 7 TMMC */
+  char device_name[8];                  /* 4 */
+  char manufacturer[12];                /* 12 */
+  char mfg_date[11];                    /* 24 */
+  char module_version[8];               /* 35 */
+  uint16_t serial_number;               /* 43 */
+  uint8_t charging_state;               /* 45: 0 unknown, 1 fully discharged, 2 fully charged, 3 discharging,
+                                               4 charging, 5 initialized, 6 capacitor */
+  uint16_t design_voltage;              /* 46 */
+  uint16_t voltage;                     /* 48 */
+  uint16_t current;                     /* 50 */
+  uint8_t temperature;                  /* 52 */
+  uint8_t voltage_low;                  /* 53 */
+  uint8_t temp_high;                    /* 54 */
+  uint8_t learn_cycle_transparent;      /* 55 */
+  uint8_t learn_mode;                   /* 56: 0 auto, 1 disabled, 2 warn */
+  uint8_t learn_cycle_status;           /* 57: 0 unknown, 1 success, 2 active, 3 aborted, 4 suspended, 5 failed */
+  int8_t learn_cycle_percent_complete;  /* 58 */
+  uint32_t learn_cycle_start_timestamp; /* 59 */
+  uint32_t learn_cycle_end_timestamp;   /* 63 */
+  uint8_t learn_cycle_requested;        /* 67 */
+  int32_t next_learn_cycle;             /* 68 */
+  uint8_t capacitor;                    /* 72: which of the two follows */
+  union {
+    StorBbuCapacitor capacitor_data; /* 73: when it is not 0 */
+    StorBbuBattery battery_data;     /* 73: when it is 0 */
+  };
+  uint32_t modified_timestamp; /* 85: changes whenever anything in the record does */
+  char tfm_vendor[20];         /* 89: this and what follows is the flash module's */
+  char tfm_model[20];          /* 109 */
+  char tfm_serial_num[16];     /* 129 */
+  char tfm_revision[16];       /* 145 */
+} MC_STORE_PACKED StorBbuInfo;
+
+/* What the plug-in remembers of it between calls, in the byte order of the machine. */
+typedef struct BbuSummary {
+  uint8_t controller_index;
+  uint32_t mod_timestamp;
+} BbuSummary;
+
+/* The first bytes of a BBU reply. The records follow. */
+typedef struct BbuReplyHeader {
+  uint8_t type;         /* 0: always 0x28 */
+  uint8_t zero_1;       /* 1 */
+  uint8_t simulated;    /* 2: 1 in a simulated reply, else 0 */
+  uint8_t count;        /* 3: the records that follow, modulo 256 */
+  uint32_t record_size; /* 4: big-endian; little-endian in a simulated reply */
+  uint8_t zero_2;       /* 8 */
+  uint8_t unwritten[8]; /* 9: as the buffer held it */
+} MC_STORE_PACKED BbuReplyHeader;
+
+/*
+ * All BBUs. The four texts about the flash module are those of its own product data, where these can be read.
+ *
+ * A null buf is refused with MC_STORE_UNAVAILABLE and leaves *len alone.
+ *
+ * While the file /debug/mctool_storage_debug exists, the reply is a made-up inventory of a battery and a capacitor,
+ * with little-endian numbers. It needs 339 bytes.
+ */
+int32_t mc_get_store_bbu(void *ctx, uint8_t *buf, uint32_t bufsize, uint32_t *len);
+
+/*
+ * The BBUs that are new or modified since the previous call of either entry point; those that are gone are not
+ * reported. Never simulates. A null buf is refused with MC_STORE_UNAVAILABLE. The length is 0 when the store file has
+ * not been written since; a reply without news is a header with a count of 0.
+ */
+int32_t mc_delta_store_bbu(void *ctx, uint8_t *buf, uint32_t bufsize, uint32_t *len);
+
+/* What both entry points call: the changes when `delta` is 1, else everything. */
+int32_t get_store_bbu(void *ctx, uint8_t *buf, uint32_t bufsize, uint32_t *len, int32_t delta);
+
+/*
+ * Is the record's BBU missing from the cached list, or there with another time stamp? 1 or 0; 0 when an argument is
+ * null. The record is in file byte order.
+ */
+int32_t new_bbu_or_modified(const StorBbuInfo *record, const BbuSummary *cached_list, uint16_t cached_count);
+
+/*
+ * Replaces the record's flash-module texts by those in the FRU image /var/log/TFM_FRU.bin. An image that is missing or
+ * shorter than 128 bytes changes nothing; one with false lengths fills them, and what follows them in the record, with
+ * whatever the lengths lead to. `index` is not used.
+ */
+void read_tarvo_tfm_vpd(StorBbuInfo *record, int32_t index);
+
+/* As print_ctlrinfo, to the same file. */
+void print_bbuInfo(const StorBbuInfo *record, FILE *stream);
+
+/* Appends the record's flash-module texts to the same file, if its marker exists. */
+void print_bbuTFMInfo(const StorBbuInfo *record);
+
+/* Appends the list's controller indices to /var/mctool_bbudebug.txt, if the file /var/mctool_bbudebug exists. */
+void print_bbu_list(const BbuSummary *list, int32_t count, const char *title);
+
 /* ------------------------------------------------------------------------------------------------ NVMe */
 
 /*

@@ -17,7 +17,18 @@ enum class FieldType : uint8_t {
   kFlag,          // one byte, true when it is not 0
   kInvertedFlag,  // the same, but a dump prints the opposite
   kStatus,        // one byte, shown as a word
-  kBytes,         // carried along, neither converted nor printed
+  kAttachment,    // one byte, 1 for "Direct Attached" and anything else for "Expander Attached"
+  kBytes,         // never converted; hexadecimal digits where it is printed at all
+};
+
+// What a number counts, as far as people would rather read it in another form.
+enum class Unit : uint8_t {
+  kNone,
+  kBytes,
+  kSeconds,
+  kHours,
+  kDays,
+  kTimeStamp,  // seconds since 1970
 };
 
 enum class ByteOrder : uint8_t {
@@ -32,6 +43,7 @@ struct Field {
   FieldType type;
   const char *label;  // the line of a text dump, with one printf conversion; null for a field that is not printed
   ByteOrder order;
+  Unit unit = Unit::kNone;
 };
 
 inline constexpr const char *kUnprinted = nullptr;
@@ -43,17 +55,22 @@ consteval FieldType field_type() {
   return std::is_signed_v<Member> ? FieldType::kSigned : FieldType::kUnsigned;
 }
 
+// A member of a member is known by its own name.
+consteval const char *own_name(const char *path) {
+  const size_t last_dot = std::string_view(path).rfind('.');
+  return last_dot == std::string_view::npos ? path : path + last_dot + 1;
+}
+
 template <typename Member>
-consteval Field make_field(const char *name, size_t offset, const char *label) {
+consteval Field make_field(const char *path, size_t offset, const char *label) {
   const bool is_number = std::is_integral_v<Member> && sizeof(Member) > 1;
-  return {name,           offset,
-          sizeof(Member), field_type<Member>(),
-          label,          is_number ? ByteOrder::kNetwork : ByteOrder::kAsStored};
+  return {own_name(path),       offset, sizeof(Member),
+          field_type<Member>(), label,  is_number ? ByteOrder::kNetwork : ByteOrder::kAsStored};
 }
 
 // One row of a table.
 #define FIELD(record, member, label) \
-  ::mcserver::make_field<decltype(record::member)>(#member, offsetof(record, member), label)
+  ::mcserver::make_field<std::remove_reference_t<decltype(record::member)>>(#member, offsetof(record, member), label)
 
 consteval Field flag(Field field) {
   field.type = FieldType::kFlag;
@@ -70,10 +87,33 @@ consteval Field status(Field field) {
   return field;
 }
 
+consteval Field attachment(Field field) {
+  field.type = FieldType::kAttachment;
+  return field;
+}
+
+// A number that stays in the byte order of the file.
+consteval Field as_stored(Field field) {
+  field.order = ByteOrder::kAsStored;
+  return field;
+}
+
+consteval Field in(Unit unit, Field field) {
+  field.unit = unit;
+  return field;
+}
+
+// Is the number passed to its label as a long? Its width differs from one machine to the other.
+constexpr bool takes_long(const Field &field) {
+  return std::string_view(field.label).find("%ld") != std::string_view::npos;
+}
+
+// The longest field whose bytes are printed.
+inline constexpr size_t kMostPrintedBytes = 64;
+
 // The conversion that a label must contain, exactly once, for its argument to be passed with the right type.
 consteval bool label_fits(const Field &field) {
-  if (field.type == FieldType::kBytes) return field.label == nullptr;
-  if (field.label == nullptr) return false;
+  if (field.label == nullptr) return field.type == FieldType::kBytes;
 
   const std::string_view label = field.label;
   const size_t start = label.find('%');
@@ -85,8 +125,12 @@ consteval bool label_fits(const Field &field) {
     case FieldType::kFlag:
     case FieldType::kInvertedFlag:
     case FieldType::kStatus:
+    case FieldType::kAttachment:
       return conversion.starts_with("s");
+    case FieldType::kBytes:
+      return conversion.starts_with("s") && field.width <= kMostPrintedBytes;
     case FieldType::kSigned:
+      if (field.width == 4 && conversion.starts_with("ld")) return true;
       return (field.width == 1 || field.width == 4) && conversion.starts_with("d");
     case FieldType::kUnsigned:
       if (field.width == 8) return conversion.starts_with("lld") || conversion.starts_with("llx");
@@ -116,6 +160,18 @@ consteval size_t row_of(const std::array<Field, Rows> &table, std::string_view n
     if (table[row].name == name) return row;
   no_such_field();
   return Rows;
+}
+
+// One table behind the other: for records that differ only in a part.
+template <size_t... Rows>
+consteval auto joined(const std::array<Field, Rows> &...tables) {
+  std::array<Field, (Rows + ...)> all = {};
+  size_t row = 0;
+  const auto append = [&](const auto &table) {
+    for (const Field &field : table) all[row++] = field;
+  };
+  (append(tables), ...);
+  return all;
 }
 
 // The rows with these names, in this order: for what is shown in an order of its own.

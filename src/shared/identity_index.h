@@ -56,9 +56,7 @@ class IdentityIndex {
     return memory;
   }
 
-  std::span<uint16_t> places() const {
-    return {memory_.array<uint16_t>(), memory_ ? entries_.size() : 0};
-  }
+  std::span<uint16_t> places() const { return {memory_.array<uint16_t>(), memory_ ? entries_.size() : 0}; }
 
   std::span<const Entry> entries_;
   OwnedMemory memory_;
