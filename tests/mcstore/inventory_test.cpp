@@ -13,7 +13,7 @@ using mcstore::parse_inventory;
 Bytes only_store(const std::string &json) {
   const auto stores = parse_inventory(json);
   EXPECT_EQ(stores.size(), 1u);
-  EXPECT_EQ(stores.at(0).kind->store_path, "/var/storctlr_info");
+  EXPECT_EQ(stores.at(0).path, "/var/storctlr_info");
   return Bytes(stores.at(0).bytes);
 }
 

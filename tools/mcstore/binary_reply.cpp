@@ -11,9 +11,9 @@ namespace {
 
 Device device_from(const Kind &kind, std::span<const uint8_t> record, Endian endian) {
   Device device;
-  for (const Field &field : kind.fields) {
+  for (const Field &field : fields_of(kind, record)) {
     Value value{.name = field.name, .json = json_value(record, field, endian), .text = {}};
-    if (field.type != mcserver::FieldType::kBytes) value.text = cell_text(record, field, endian);
+    if (field.label) value.text = cell_text(record, field, endian);
     device.values.push_back(std::move(value));
   }
   return device;

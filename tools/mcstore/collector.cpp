@@ -78,12 +78,12 @@ std::optional<time_t> parse_offset(const std::string &text) {
 
 void write_stores(const std::vector<StoreContent> &stores, const std::string &root, std::optional<time_t> modified) {
   for (const StoreContent &store : stores) {
-    OpenFile lock(root + std::string(store.kind->lock_path));
+    OpenFile lock(root + std::string(store.lock_path));
     lock.lock();
-    if (store.kind->store_path == store.kind->lock_path)
+    if (store.path == store.lock_path)
       lock.replace(store.bytes, modified);
     else
-      OpenFile(root + std::string(store.kind->store_path)).replace(store.bytes, modified);
+      OpenFile(root + std::string(store.path)).replace(store.bytes, modified);
   }
 }
 

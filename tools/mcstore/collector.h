@@ -10,7 +10,7 @@
 
 namespace mcstore {
 
-// Writes every store below `root`, making directories as needed, while it holds an exclusive flock on the kind's lock
+// Writes every store below `root`, making directories as needed, while it holds an exclusive flock on its lock
 // file. Content is replaced in place, so that a reader that waits for the lock reads the new one. `modified` becomes
 // the files' modification time. Throws std::system_error.
 void write_stores(const std::vector<StoreContent> &stores, const std::string &root, std::optional<time_t> modified);

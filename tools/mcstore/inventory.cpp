@@ -4,8 +4,10 @@
 
 #include <algorithm>
 #include <charconv>
-#include <set>
 
+#include "mcstore/flash_module.h"
+#include "mcstore/json_input.h"
+#include "mcstore/kind.h"
 #include "mcstore/value.h"
 
 namespace mcstore {
@@ -13,56 +15,13 @@ namespace {
 
 using mcserver::FieldType;
 
-[[noreturn]] void refuse(const std::string &place, const std::string &problem) {
-  throw InventoryError(place + ": " + problem);
-}
-
-// ------------------------------------------------------------------------------------------------- JSON
-
-// The library keeps the last of two equal keys without a word; here the first one would be lost.
-class DuplicateKeys {
- public:
-  bool operator()(int, Json::parse_event_t event, Json &value) {
-    if (event == Json::parse_event_t::object_start) objects_.emplace_back();
-    if (event == Json::parse_event_t::object_end) objects_.pop_back();
-    if (event == Json::parse_event_t::key && !objects_.back().insert(value.get<std::string>()).second)
-      refuse(value.get<std::string>(), "this key stands twice in one object");
-    return true;
-  }
-
- private:
-  std::vector<std::set<std::string>> objects_;
-};
-
-Json parse_json(const std::string &text) {
-  DuplicateKeys duplicates;
-  try {
-    return Json::parse(
-        text, [&](int depth, Json::parse_event_t event, Json &value) { return duplicates(depth, event, value); });
-  } catch (const Json::parse_error &error) {
-    const std::string message = error.what();
-    throw InventoryError(message.substr(message.find("] ") + 2));  // after the library's own error code
-  }
-}
-
-const Json &as_object(const Json &json, const std::string &place) {
-  if (!json.is_object()) refuse(place, "must be an object");
-  return json;
-}
-
-// ------------------------------------------------------------------------------------------------ fields
-
 void store_number(const Json &value, const Field &field, std::span<uint8_t> bytes, const std::string &place) {
   const auto bits = static_cast<unsigned>(8 * field.width);
   const bool is_signed = field.type == FieldType::kSigned;
   const uint64_t largest = ~uint64_t{0} >> (64 - bits + is_signed);
   const int64_t smallest = is_signed ? -static_cast<int64_t>(largest) - 1 : 0;
 
-  if (!value.is_number_integer()) refuse(place, "must be a whole number");
-  const bool fits = value.is_number_unsigned() ? value.get<uint64_t>() <= largest : value.get<int64_t>() >= smallest;
-  if (!fits) refuse(place, fmt::format("{} does not fit: from {} to {} does", value.dump(), smallest, largest));
-
-  const auto number = value.is_number_unsigned() ? value.get<uint64_t>() : static_cast<uint64_t>(value.get<int64_t>());
+  const uint64_t number = as_number(value, smallest, largest, place);
   for (size_t i = 0; i < field.width; ++i) bytes[i] = static_cast<uint8_t>(number >> (8 * i));
 }
 
@@ -74,11 +33,7 @@ void store_flag(const Json &value, const Field &field, std::span<uint8_t> bytes,
 }
 
 void store_text(const Json &value, const Field &field, std::span<uint8_t> bytes, const std::string &place) {
-  if (!value.is_string()) refuse(place, "must be a string");
-  const auto text = value.get<std::string>();
-  const size_t longest = field.width - 1;  // with its terminator
-  if (text.size() > longest) refuse(place, fmt::format("is {} bytes long: at most {} fit", text.size(), longest));
-  if (text.find('\0') != text.npos) refuse(place, "contains a NUL");
+  const std::string text = as_text(value, field.width - 1, place);  // with its terminator
   std::copy(text.begin(), text.end(), bytes.begin());
 }
 
@@ -118,10 +73,15 @@ const Field &field_named(std::span<const Field> fields, const std::string &name,
 void append_record(std::vector<uint8_t> &file, const Json &object, const Kind &kind, const std::string &place) {
   file.resize(file.size() + kind.record_size);
   const std::span<uint8_t> record = std::span(file).last(kind.record_size);
-  for (const auto &[key, value] : as_object(object, place).items()) {
+  const auto store = [&](const std::string &key, const Json &value) {
     const std::string key_place = fmt::format("{}.{}", place, key);
-    store_field(value, field_named(kind.fields, key, key_place), record, key_place);
-  }
+    store_field(value, field_named(fields_of(kind, record), key, key_place), record, key_place);
+  };
+  // First the flag that decides which other fields there are.
+  as_object(object, place);
+  if (kind.variant && object.contains(kind.variant->flag.name))
+    store(kind.variant->flag.name, object[kind.variant->flag.name]);
+  for (const auto &[key, value] : object.items()) store(key, value);
 }
 
 void append_records(std::vector<uint8_t> &file, const Json &list, const Kind &kind, const std::string &place) {
@@ -133,7 +93,7 @@ StoreContent parse_store(const Kind &kind, const Json &object, const std::string
   size_t header_size = 0;
   for (const Field &field : kind.store_header) header_size += field.width;
 
-  StoreContent store{.kind = &kind, .bytes = std::vector<uint8_t>(header_size)};
+  StoreContent store{.lock_path = kind.lock_path, .path = kind.store_path, .bytes = std::vector<uint8_t>(header_size)};
   for (const auto &[key, value] : as_object(object, place).items()) {
     const std::string key_place = fmt::format("{}.{}", place, key);
     if (key == "records")
@@ -150,6 +110,10 @@ std::vector<StoreContent> parse_inventory(const std::string &json_text) {
   const Json root = parse_json(json_text);
   std::vector<StoreContent> stores;
   for (const auto &[key, value] : as_object(root, "the inventory").items()) {
+    if (key == kFlashModuleKey) {
+      stores.push_back({.lock_path = kStorageLock, .path = kFlashModulePath, .bytes = flash_module_image(value, key)});
+      continue;
+    }
     const auto kind =
         std::find_if(kinds().begin(), kinds().end(), [&, &name = key](const Kind &one) { return one.name == name; });
     if (kind == kinds().end()) refuse(key, "is not a kind of device");

@@ -3,16 +3,17 @@
 #include <algorithm>
 
 #include "mcserver_storage.h"
+#include "records/bbu_record.h"
 #include "records/controller_record.h"
 #include "records/nvme_ctlr_record.h"
 #include "records/nvme_drive_record.h"
+#include "records/physical_drive_record.h"
 
 namespace mcstore {
 namespace {
 
 namespace records = mcserver::records;
 
-constexpr std::string_view kStorageLock = "/var/storctlr_info";
 constexpr std::string_view kNvmeLock = "/var/nvmectlr_info";
 
 Kind controllers() {
@@ -26,6 +27,7 @@ Kind controllers() {
       .store_header = records::kControllerFileHeader,
       .record_size = sizeof(StorCtlrInfo),
       .fields = records::kController,
+      .variant = {},
       .layout = BinaryLayout{.header_size = sizeof(StoreReplyHeader),
                              .count = FIELD(StoreReplyHeader, count, mcserver::kUnprinted),
                              .record_size = FIELD(StoreReplyHeader, record_size, mcserver::kUnprinted),
@@ -34,6 +36,53 @@ Kind controllers() {
       .label = "controller",
       .gone_field = "controller_status",
       .gone_text = "4",
+  };
+}
+
+Kind drives() {
+  return {
+      .name = "drives",
+      .title = "Physical drives",
+      .full_entry_point = "mc_get_store_phydrives",
+      .delta_entry_point = "mc_delta_store_phydrives",
+      .lock_path = kStorageLock,
+      .store_path = "/var/storphydrive_info",
+      .store_header = records::kPhysicalDriveFileHeader,
+      .record_size = sizeof(StorPhyDriveInfo),
+      .fields = records::kPhysicalDrive,
+      .variant = {},
+      .layout = BinaryLayout{.header_size = sizeof(PhyDriveReplyHeader),
+                             .count = FIELD(PhyDriveReplyHeader, count, mcserver::kUnprinted),
+                             .record_size = FIELD(PhyDriveReplyHeader, record_size, mcserver::kUnprinted),
+                             .state = {}},
+      .identity = {"controller_index", "slot_num", "serial_num"},
+      .label = "serial_num",
+      .gone_field = "status",
+      .gone_text = "14",
+  };
+}
+
+Kind bbus() {
+  return {
+      .name = "bbus",
+      .title = "Battery backup units",
+      .full_entry_point = "mc_get_store_bbu",
+      .delta_entry_point = "mc_delta_store_bbu",
+      .lock_path = kStorageLock,
+      .store_path = "/var/storBBU_info",
+      .store_header = {},
+      .record_size = sizeof(StorBbuInfo),
+      .fields = records::kBbuBattery,
+      .variant = Variant{.flag = records::kBbuBattery[row_of(records::kBbuBattery, "capacitor")],
+                         .fields = records::kBbuCapacitor},
+      .layout = BinaryLayout{.header_size = sizeof(BbuReplyHeader),
+                             .count = FIELD(BbuReplyHeader, count, mcserver::kUnprinted),
+                             .record_size = FIELD(BbuReplyHeader, record_size, mcserver::kUnprinted),
+                             .state = {}},
+      .identity = {"controller_index"},
+      .label = "device_name",
+      .gone_field = {},
+      .gone_text = {},
   };
 }
 
@@ -48,6 +97,7 @@ Kind nvme_controllers() {
       .store_header = records::kNvmeCtlrFileHeader,
       .record_size = sizeof(NvmeCtlrInfo),
       .fields = records::kNvmeCtlr,
+      .variant = {},
       .layout = {},
       .identity = {"controller_name"},
       .label = "controller_name",
@@ -67,6 +117,7 @@ Kind nvme_drives() {
       .store_header = records::kNvmeDriveFileHeader,
       .record_size = sizeof(NvmePhyDriveInfo),
       .fields = records::kNvmeDrive,
+      .variant = {},
       .layout = {},
       .identity = {"smbios_pcislotname", "serial_number"},
       .label = "smbios_pcislotname",
@@ -77,8 +128,12 @@ Kind nvme_drives() {
 
 }  // namespace
 
+std::span<const Field> fields_of(const Kind &kind, std::span<const uint8_t> record) {
+  return kind.variant && record[kind.variant->flag.offset] != 0 ? kind.variant->fields : kind.fields;
+}
+
 const std::vector<Kind> &kinds() {
-  static const std::vector<Kind> all = {controllers(), nvme_controllers(), nvme_drives()};
+  static const std::vector<Kind> all = {controllers(), drives(), bbus(), nvme_controllers(), nvme_drives()};
   return all;
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <span>
 #include <string_view>
@@ -22,6 +23,12 @@ struct BinaryLayout {
   std::optional<Field> state;
 };
 
+// Another table, for the records whose flag is set.
+struct Variant {
+  Field flag;
+  std::span<const Field> fields;
+};
+
 struct Kind {
   std::string_view name;   // as the command line and JSON spell it
   std::string_view title;  // as people read it
@@ -33,15 +40,23 @@ struct Kind {
   std::span<const Field> store_header;
   size_t record_size;
   std::span<const Field> fields;
+  std::optional<Variant> variant;
   std::optional<BinaryLayout> layout;  // none: the kind answers in XML
 
   // Names of fields. The identity tells one device from another; the label is what people call a device. A delta
-  // reports a gone device by this text of this field; beside it, only identity and label are sure to be there.
+  // reports a gone device by this text of this field; beside it, only identity and label are sure to be there. The
+  // field is empty for a kind that does not report gone devices.
   std::vector<std::string_view> identity;
   std::string_view label;
   std::string_view gone_field;
   std::string_view gone_text;
 };
+
+// The lock file of the RAID kinds.
+inline constexpr std::string_view kStorageLock = "/var/storctlr_info";
+
+// The fields that this record has.
+std::span<const Field> fields_of(const Kind &kind, std::span<const uint8_t> record);
 
 const std::vector<Kind> &kinds();
 

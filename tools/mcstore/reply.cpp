@@ -19,7 +19,9 @@ Reply parse_reply(const Kind &kind, std::string bytes) {
   return reply;
 }
 
-bool is_gone(const Kind &kind, const Device &device) { return device.text(kind.gone_field) == kind.gone_text; }
+bool is_gone(const Kind &kind, const Device &device) {
+  return !kind.gone_field.empty() && device.text(kind.gone_field) == kind.gone_text;
+}
 
 std::string identity_of(const Kind &kind, const Device &device) {
   std::string key;

@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <string_view>
 
+#include "mcstore/unit.h"
+
 namespace mcstore {
 namespace {
 
@@ -49,9 +51,9 @@ bool is_hexadecimal(const Field &field) {
 
 uint64_t number_at(std::span<const uint8_t> record, const Field &field, Endian endian) {
   const std::span<const uint8_t> bytes = bytes_of(record, field);
+  const bool is_big = endian == Endian::kBig && field.order == mcserver::ByteOrder::kNetwork;
   uint64_t number = 0;
-  for (size_t i = 0; i < bytes.size(); ++i)
-    number = number << 8 | bytes[endian == Endian::kBig ? i : bytes.size() - 1 - i];
+  for (size_t i = 0; i < bytes.size(); ++i) number = number << 8 | bytes[is_big ? i : bytes.size() - 1 - i];
   return number;
 }
 
@@ -74,8 +76,13 @@ std::string cell_text(std::span<const uint8_t> record, const Field &field, Endia
       return printable(text_at(record, field));
     case FieldType::kBytes:
       return hex_digits(bytes_of(record, field));
-    case FieldType::kSigned:
-      return fmt::format("{}", signed_at(record, field, endian));
+    case FieldType::kSigned: {
+      const int64_t number = signed_at(record, field, endian);
+      return field.unit == mcserver::Unit::kNone ? fmt::format("{}", number)
+                                                 : in_unit(static_cast<uint64_t>(number), field.unit);
+    }
+    case FieldType::kAttachment:
+      return number_at(record, field, endian) == 1 ? "directly" : "through an expander";
     case FieldType::kFlag:
     case FieldType::kInvertedFlag: {
       const uint64_t flag = number_at(record, field, endian);
@@ -83,6 +90,7 @@ std::string cell_text(std::span<const uint8_t> record, const Field &field, Endia
     }
     default: {
       const uint64_t number = number_at(record, field, endian);
+      if (field.unit != mcserver::Unit::kNone) return in_unit(number, field.unit);
       return is_hexadecimal(field) ? fmt::format("{:#x}", number) : fmt::format("{}", number);
     }
   }

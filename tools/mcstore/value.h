@@ -22,7 +22,8 @@ uint64_t number_at(std::span<const uint8_t> record, const Field &field, Endian e
 // A number, a text up to its NUL, or a string of hexadecimal digits. A text may hold any bytes: dump_json() copes.
 Json json_value(std::span<const uint8_t> record, const Field &field, Endian endian);
 
-// The same for a table cell: flags as true or false, ids and bit sets in hexadecimal, nothing that disturbs a terminal.
+// The same for a table cell: flags as true or false, ids and bit sets in hexadecimal, sizes and times in the units that
+// people use, nothing that disturbs a terminal.
 std::string cell_text(std::span<const uint8_t> record, const Field &field, Endian endian);
 
 // Text without what would disturb a terminal: other bytes than printable ASCII become \x1b and the like.

@@ -1,0 +1,53 @@
+#include "mcstore/unit.h"
+
+#include <fmt/chrono.h>
+#include <fmt/format.h>
+
+#include <ctime>
+
+namespace mcstore {
+namespace {
+
+using mcserver::Unit;
+
+std::string bytes(uint64_t number) {
+  constexpr const char *kUnits[] = {"KiB", "MiB", "GiB", "TiB", "PiB", "EiB"};
+  if (number < 1024) return fmt::format("{} B", number);
+  double scaled = static_cast<double>(number) / 1024;
+  size_t unit = 0;
+  for (; scaled >= 1023.95 && unit + 1 < std::size(kUnits); ++unit) scaled /= 1024;  // never shown as 1024.0
+  return fmt::format("{:.1f} {}", scaled, kUnits[unit]);
+}
+
+std::string hours(uint64_t number) {
+  constexpr uint64_t kHoursOfTwoDays = 48;
+  if (number < kHoursOfTwoDays) return fmt::format("{} hours", number);
+  return fmt::format("{} hours ({} days)", number, number / 24);
+}
+
+// The collector leaves a time that does not apply at 0, or sets all its bits.
+std::string time_stamp(uint64_t number) {
+  if (number == 0 || number >= UINT32_MAX) return "none";
+  return fmt::format("{:%Y-%m-%d %H:%M:%S} UTC", fmt::gmtime(static_cast<time_t>(number)));
+}
+
+}  // namespace
+
+std::string in_unit(uint64_t number, Unit unit) {
+  switch (unit) {
+    case Unit::kBytes:
+      return bytes(number);
+    case Unit::kSeconds:
+      return fmt::format("{} seconds", number);
+    case Unit::kHours:
+      return hours(number);
+    case Unit::kDays:
+      return fmt::format("{} days", number);
+    case Unit::kTimeStamp:
+      return time_stamp(number);
+    default:
+      return fmt::format("{}", number);
+  }
+}
+
+}  // namespace mcstore
