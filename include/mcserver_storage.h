@@ -465,7 +465,9 @@ typedef struct BbuReplyHeader {
 } MC_STORE_PACKED BbuReplyHeader;
 
 /*
- * All BBUs. The four texts about the flash module are those of its own product data, where these can be read.
+ * All BBUs. The four texts about the flash module are those of its own product data, where these can be read. A request
+ * to grow covers more than the reply needs: a grant of less, or a refusal that leaves the buffer where it is, is enough
+ * when the file's records fit.
  *
  * A null buf is refused with MC_STORE_UNAVAILABLE and leaves *len alone.
  *

@@ -1,6 +1,7 @@
 #include "shared/summary_lists.h"
 
 #include <cerrno>
+#include <cstddef>
 #include <cstdlib>
 #include <cstring>
 
@@ -23,15 +24,16 @@ bool ListMemory::resize(uint32_t new_size) {
 }
 
 bool ListMemory::make(uint32_t new_size) {
+  static constinit max_align_t no_entries = {};
   if (bytes) return true;
-  bytes = calloc(1, new_size);
-  size = bytes ? new_size : 0;
-  return bytes || new_size == 0;
+  bytes = new_size > 0 ? calloc(1, new_size) : &no_entries;
+  if (bytes) size = new_size;
+  return bytes != nullptr;
 }
 
 bool ListMemory::enlarge(uint32_t new_size) {
   if (size >= new_size) return true;
-  void *enlarged = realloc(bytes, new_size);
+  void *enlarged = realloc(size > 0 ? bytes : nullptr, new_size);
   if (!enlarged) return false;
   memset(static_cast<uint8_t *>(enlarged) + size, 0, new_size - size);
   bytes = enlarged;
@@ -45,7 +47,7 @@ void ListMemory::clear(uint32_t length) {
 }
 
 void ListMemory::release() {
-  free(bytes);
+  if (size > 0) free(bytes);
   *this = {};
 }
 

@@ -8,16 +8,16 @@
 
 namespace mcserver {
 
-// The memory of one list.
+// The memory of one list: a block, or none. A list that was made empty is there all the same, without a block.
 struct ListMemory {
   void *bytes = nullptr;
-  uint32_t size = 0;
+  uint32_t size = 0;  // 0 when there is no block
 
   // Makes the block `new_size` bytes; what is new in it is zero. False, and no block any more, when there is no
   // memory. That is told by errno alone: a null block without ENOMEM is not a failure.
   bool resize(uint32_t new_size);
 
-  // Makes the block, zeroed, if there is none yet. False when there is no memory; a list of no entries may be null.
+  // Makes the list, zeroed, if there is none yet. False when there is no memory.
   bool make(uint32_t new_size);
 
   // Makes it at least `new_size` bytes; what is new in it is zero. False, and all as it was, when there is no memory.

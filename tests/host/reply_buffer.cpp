@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <stdexcept>
 
 namespace tests {
 namespace {
@@ -12,6 +13,11 @@ namespace {
 constexpr uint32_t kRoomInPlace = 8u << 20;
 
 }  // namespace
+
+void PrintTo(Growth growth, std::ostream *out) {
+  constexpr const char *kNames[] = {"in place", "move", "refuse", "grant less", "null", "say nothing"};
+  *out << kNames[static_cast<size_t>(growth)];
+}
 
 HostReplyBuffer::HostReplyBuffer(uint32_t size, std::vector<Growth> growth)
     : growth_(std::move(growth)),
@@ -57,6 +63,7 @@ void HostReplyBuffer::replace(uint32_t size) {
 
 void HostReplyBuffer::grow_in_place(uint32_t size) {
   if (size <= size_) return;  // a request may be for less than there is
+  if (size > kRoomInPlace) throw std::logic_error("a buffer of this size can only move");
   ASAN_UNPOISON_MEMORY_REGION(current_, size);
   memset(current_ + size_, kUntouchedAfterGrowth, size - size_);
   size_ = size;

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <ostream>
 #include <vector>
 
 #include "host/bytes.h"
@@ -18,6 +19,8 @@ enum class Growth {
   kNull,        // returns null, though it claims to grant the size
   kSayNothing,  // grants the size at another address, without writing the size variable
 };
+
+void PrintTo(Growth growth, std::ostream *out);
 
 // What a byte that nobody wrote looks like: in the buffer that is passed in, and in one that a growth brought.
 inline constexpr uint8_t kUntouched = 0xA5;

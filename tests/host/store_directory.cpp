@@ -11,6 +11,15 @@
 #include <stdexcept>
 
 namespace tests {
+namespace {
+
+void set_time(const std::string &file, int64_t modified) {
+  struct timespec times[2] = {};
+  times[0].tv_sec = times[1].tv_sec = static_cast<time_t>(modified);
+  if (utimensat(AT_FDCWD, file.c_str(), times, 0) != 0) throw std::runtime_error("cannot set the time of " + file);
+}
+
+}  // namespace
 
 StoreDirectory::StoreDirectory() {
   std::string pattern = (std::filesystem::temp_directory_path() / "mcserver_storage.XXXXXX").string();
@@ -22,10 +31,13 @@ StoreDirectory::~StoreDirectory() { std::filesystem::remove_all(root_); }
 
 void StoreDirectory::write(const std::string &path, const Bytes &content, int64_t modified) {
   write_text(path, std::string(content.data(), content.data() + content.size()));
-  struct timespec times[2] = {};
-  times[0].tv_sec = times[1].tv_sec = static_cast<time_t>(modified);
-  if (utimensat(AT_FDCWD, real(path).c_str(), times, 0) != 0)
-    throw std::runtime_error("cannot set the time of " + path);
+  set_time(real(path), modified);
+}
+
+void StoreDirectory::resize(const std::string &path, uint64_t size, int64_t modified) {
+  if (truncate(real(path).c_str(), static_cast<off_t>(size)) != 0)
+    throw std::runtime_error("cannot set the size of " + path);
+  set_time(real(path), modified);
 }
 
 void StoreDirectory::write_text(const std::string &path, const std::string &text) {

@@ -3,6 +3,7 @@
 
 #include <sys/types.h>
 
+#include <cstdint>
 #include <filesystem>
 #include <string>
 
@@ -23,6 +24,9 @@ class StoreDirectory {
   // Writes a file in place, as the collector does. `modified` is its time stamp, in seconds since 1970.
   void write(const std::string &path, const Bytes &content, int64_t modified = 1000);
   void write_text(const std::string &path, const std::string &text);
+  // Makes the file that long, with zeros that take no room on the disk, and sets its time.
+  void resize(const std::string &path, uint64_t size, int64_t modified = 1000);
+
   void remove(const std::string &path);
 
   // The file's content; empty when there is no such file.

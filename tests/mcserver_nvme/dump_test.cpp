@@ -1,3 +1,4 @@
+#include "host/printed.h"
 #include "mcserver_nvme/nvme_test.h"
 
 namespace tests {
@@ -8,17 +9,12 @@ class NvmeDumps : public PluginTest {
   template <typename Record>
   std::string dump(const std::string &printer, const Bytes &record) {
     const std::vector<uint8_t> exactly(record.data(), record.data() + record.size());
-    char *text = nullptr;
-    size_t size = 0;
-    FILE *stream = open_memstream(&text, &size);
-    forget_calls();
-    plugin(static_cast<void (*)(const Record *, FILE *)>(nullptr), printer)(
-        reinterpret_cast<const Record *>(exactly.data()), stream);
-    EXPECT_EQ(calls().back(), "fflush");
-    fclose(stream);
-    std::string result(text, size);
-    free(text);
-    return result;
+    return printed([&](FILE *stream) {
+      forget_calls();
+      plugin(static_cast<void (*)(const Record *, FILE *)>(nullptr), printer)(
+          reinterpret_cast<const Record *>(exactly.data()), stream);
+      EXPECT_EQ(calls().back(), "fflush");
+    });
   }
   std::string controller(const NvmeController &record) {
     return dump<NvmeCtlrInfo>("print_nvme_ctlrinfo", record.stored());

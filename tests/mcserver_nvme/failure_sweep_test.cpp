@@ -5,6 +5,7 @@
 
 #include <tuple>
 
+#include "host/failure_sweep.h"
 #include "mcserver_nvme/nvme_test.h"
 
 namespace tests {
@@ -14,12 +15,6 @@ using testing::AnyOf;
 using testing::Combine;
 using testing::Values;
 
-struct Failure {
-  const char *function;
-  int error;
-};
-void PrintTo(const Failure &failure, std::ostream *out) { *out << failure.function << " with errno " << failure.error; }
-
 struct Kind {
   const char *full;
   const char *event;
@@ -27,47 +22,27 @@ struct Kind {
 };
 void PrintTo(const Kind &kind, std::ostream *out) { *out << kind.event; }
 
-enum class Extent { kOnce, kFromThereOn };
-void PrintTo(Extent extent, std::ostream *out) { *out << (extent == Extent::kOnce ? "once" : "from there on"); }
-
-// More than any of the disturbed calls makes of one function.
-constexpr int kMostCalls = 60;
-
 // A host of its own for each call that is disturbed: one device stays, one is modified, one is gone, three are new.
-class Scene : public PluginTest {
+class Scene : public SweepScene<PluginTest> {
  public:
   explicit Scene(const Kind &kind) : kind_(kind) {
     trace_at(3);
     store({"A", "B", "C"}, 1, kAuxPower, 1000);
     call(kind_.full);
     store({"A", "B", "D", "E", "F"}, 2, kMainPower, 2000);
-    forget_calls();
   }
-
-  void TestBody() override {}
 
   // True when there was such a call to disturb.
   bool disturb(const Failure &failure, int nth, Extent extent) {
-    const int last = extent == Extent::kOnce ? nth : nth + kMostCalls;
-    for (int number = nth; number <= last; ++number)
-      before_call(failure.function, number, [this, failure] {
-        if (is_disturbed_) fail(failure.function, 1, failure.error);
-      });
+    return disturb_during(failure, nth, extent, [&] {
+      const Reply reply = call(kind_.event, {.size = 1, .growth = {Growth::kMove}});
 
-    is_disturbed_ = true;
-    const Reply reply = call(kind_.event, {.size = 1, .growth = {Growth::kMove}});
-    is_disturbed_ = false;
-
-    EXPECT_THAT(reply.status, AnyOf(0, -4, 35, -35, -37));
-    EXPECT_TRUE(reply.status == 0 || reply.length == 0);
-    const auto number = std::count_if(calls().begin(), calls().end(), [&](const std::string &one) {
-      return one.substr(0, one.find(' ')) == failure.function;
+      EXPECT_THAT(reply.status, AnyOf(0, -4, 35, -35, -37));
+      EXPECT_TRUE(reply.status == 0 || reply.length == 0);
     });
-    EXPECT_LT(number, kMostCalls);
-    return number >= nth;
   }
 
-  void expect_it_to_be_as_good_as_ever() {
+  void expect_it_to_be_as_good_as_ever(const Failure &) {
     const std::string expected = kind_.has_drives
                                      ? drive_summary(2) + drive("D", 2).xml() + drive("E", 2).xml()
                                      : controller_summary(2) + plain_controller_xml("D") + plain_controller_xml("E");
@@ -94,24 +69,13 @@ class Scene : public PluginTest {
   }
 
   const Kind kind_;
-  bool is_disturbed_ = false;
 };
 
 class NvmeFailureSweep : public testing::TestWithParam<std::tuple<Failure, Kind, Extent>> {};
 
 TEST_P(NvmeFailureSweep, LeavesNothingBehindWhicheverCallFails) {
   const auto &[failure, kind, extent] = GetParam();
-  int nth = 0;
-  bool was_disturbed = true;
-
-  while (was_disturbed && !HasFailure()) {
-    SCOPED_TRACE("call " + std::to_string(++nth));
-    Scene scene(kind);
-    was_disturbed = scene.disturb(failure, nth, extent);
-    scene.expect_it_to_be_as_good_as_ever();
-  }
-
-  EXPECT_GT(nth, 1) << "there was no such call";
+  sweep<Scene>(failure, extent, kind);
 }
 
 const auto kExtents = Values(Extent::kOnce, Extent::kFromThereOn);
@@ -119,14 +83,14 @@ const Kind kControllers = {"mc_get_nvme_controller", "mc_event_nvme_controller",
 const Kind kDrives = {"mc_get_nvme_phy_drive", "mc_event_nvme_phy_drive", true};
 
 INSTANTIATE_TEST_SUITE_P(OfAnyCall, NvmeFailureSweep,
-                         Combine(Values(Failure{"fopen", ENOENT}, Failure{"fopen", EMFILE}, Failure{"fclose", EIO},
-                                        Failure{"fread", EIO}, Failure{"fileno", EBADF}, Failure{"flock", ENOLCK},
-                                        Failure{"stat", EACCES}, Failure{"realloc", ENOMEM}, Failure{"calloc", ENOMEM},
-                                        Failure{"ctime", EOVERFLOW}),
+                         Combine(Values(failure("fopen", ENOENT), failure("fopen", EMFILE), failure("fclose", EIO),
+                                        failure("fread", EIO), failure("fileno", EBADF), failure("flock", ENOLCK),
+                                        failure("stat", EACCES), failure("realloc", ENOMEM), failure("calloc", ENOMEM),
+                                        failure("ctime", EOVERFLOW)),
                                  Values(kControllers, kDrives), kExtents));
 
 INSTANTIATE_TEST_SUITE_P(OfAnImage, NvmeFailureSweep,
-                         Combine(Values(Failure{"malloc", ENOMEM}), Values(kControllers), kExtents));
+                         Combine(Values(failure("malloc", ENOMEM)), Values(kControllers), kExtents));
 
 }  // namespace
 }  // namespace tests

@@ -42,7 +42,7 @@ TEST(BinaryReply, HasTheRecordsBehindTheHeader) {
   EXPECT_EQ(reply.state, 2);
   ASSERT_EQ(reply.devices.size(), 2u);
   EXPECT_EQ(reply.devices[0].text("vendor_id"), "0x101");
-  EXPECT_EQ(reply.devices[1].text("life_left_in_days"), "514");
+  EXPECT_EQ(reply.devices[1].text("life_left_in_days"), "514 days");
 }
 
 TEST(BinaryReply, IsSimulatedWhenTheRecordSizeIsLittleEndian) {

@@ -38,7 +38,7 @@ std::string in_unit(uint64_t number, Unit unit) {
     case Unit::kBytes:
       return bytes(number);
     case Unit::kSeconds:
-      return fmt::format("{} seconds", number);
+      return fmt::format("{} s", number);
     case Unit::kHours:
       return hours(number);
     case Unit::kDays:

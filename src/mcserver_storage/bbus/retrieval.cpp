@@ -33,20 +33,20 @@ constinit Baseline baseline;
 
 [[gnu::destructor]] void release_lists() { baseline.lists.release(); }
 
-// Makes room for every record of the file. The host is asked for as many more as the previous call left, but it need
-// not grant these: a buffer that holds the file's own records will do.
+// Makes room for every record of the file. The host is asked for as many more as the previous call left, but whatever
+// holds the file's own records will do: what it grants, or the old buffer, when that stayed where it was.
 bool make_room_for_file(ReplyBuffer &reply, uint64_t file_size) {
   const uint64_t needed = file_size + kHeaderSize;
   if (needed > UINT32_MAX) return false;
 
   const uint32_t wanted = static_cast<uint32_t>(needed) + baseline.lists.cached_count() * kRecordSize;
+  if (wanted <= reply.size()) return reply.size() >= needed;
+
   const ReplyBuffer before = reply;
-  if (wanted > reply.size() && !reply.grow(wanted)) {
-    if (before.size() >= needed)
-      reply = before;
-    else if (!reply.bytes())
-      return false;
-  }
+  reply.grow(wanted);
+  if (reply.bytes() && reply.size() >= needed) return true;
+  if (reply.bytes() && reply.bytes() != before.bytes()) return false;  // the old buffer may be gone
+  reply = before;
   return reply.size() >= needed;
 }
 

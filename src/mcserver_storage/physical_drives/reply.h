@@ -1,7 +1,6 @@
 // Where things stand in a physical drive reply.
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 
 #include "mcserver_storage.h"
@@ -9,7 +8,6 @@
 namespace mcserver::physical_drives {
 
 inline constexpr uint32_t kHeaderSize = sizeof(PhyDriveReplyHeader);
-inline constexpr uint32_t kWrittenHeaderSize = offsetof(PhyDriveReplyHeader, unwritten);
 inline constexpr uint32_t kRecordSize = sizeof(StorPhyDriveInfo);
 static_assert(kHeaderSize == 20);
 

@@ -46,15 +46,15 @@ bool make_room_for_file(ReplyBuffer &reply, uint64_t file_size, uint32_t announc
   const uint32_t needed = static_cast<uint32_t>(file_size) + announced * kRecordSize + kHeaderSize;
   if (file_size + kHeaderSize > UINT32_MAX) return refuse_reply(needed, reply);
   if (needed > reply.size() && !reply.grow(needed)) return refuse_reply(needed, reply);
-  return reply.size() >= kWrittenHeaderSize || refuse_reply(kHeaderSize, reply);
+  return reply.size() >= kHeaderSize || refuse_reply(kHeaderSize, reply);
 }
 
 // Is there room in this slot for the next record, or for what is left of the file? Where the needed size has wrapped,
-// reading it would run past the host's buffer.
+// reading it would otherwise run past the host's buffer.
 bool has_room_for_next(const ReplyBuffer &reply, uint32_t slot, const RecordReader &reader) {
   const auto next = static_cast<uint32_t>(std::min<uint64_t>(reader.remaining(), kRecordSize));
   const uint32_t end = reply_length(slot) + next;
-  return next == 0 || end <= reply.size() || refuse_reply(end, reply);
+  return end <= reply.size() || refuse_reply(end, reply);
 }
 
 void summarize(const StorPhyDriveInfo &record, PhyDriveSummary &entry) {

@@ -25,7 +25,7 @@ class ReplyBufferGrowth : public ControllerTest {
   // A file of that size whose bytes are all zero, but for the state.
   void store_sparse(uint64_t size, int64_t modified = 1000) {
     files.write(kControllerStore, Bytes().u8(kReady));
-    resize(files.real(kControllerStore), size, modified);
+    files.resize(kControllerStore, size, modified);
   }
 
   Reply retrieve_without_buffer(uint32_t size, Growth growth) {

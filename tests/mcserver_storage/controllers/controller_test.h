@@ -1,13 +1,8 @@
 // The base of the tests that read the controller store file.
 #pragma once
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <ostream>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -23,11 +18,6 @@ inline constexpr uint8_t kReady = 2;
 inline void PrintTo(const Controller &controller, std::ostream *out) {
   *out << int{controller.index} << ' ' << controller.serial << std::hex << ' ' << controller.vendor_id << ' '
        << controller.device_id << ' ' << controller.subvendor_id << ' ' << controller.subdevice_id << std::dec;
-}
-
-inline void PrintTo(Growth growth, std::ostream *out) {
-  constexpr const char *kNames[] = {"in place", "move", "refuse", "grant less", "null", "say nothing"};
-  *out << kNames[static_cast<size_t>(growth)];
 }
 
 class ControllerTest : public PluginTest {
@@ -49,14 +39,6 @@ class ControllerTest : public PluginTest {
 
 inline std::string too_large(const std::string &needed) {
   return "<get_store_ctrls: 869> [get_store_ctrls]Data length(" + needed + ") larger than 65536\n";
-}
-
-// Makes the file that long, with zeros that take no room on the disk, and sets its time.
-inline void resize(const std::string &file, uint64_t size, int64_t modified) {
-  struct timespec times[2] = {};
-  times[0].tv_sec = times[1].tv_sec = static_cast<time_t>(modified);
-  if (truncate(file.c_str(), static_cast<off_t>(size)) != 0 || utimensat(AT_FDCWD, file.c_str(), times, 0) != 0)
-    throw std::runtime_error("cannot resize " + file);
 }
 
 // A line about a file that could not be read to its end.

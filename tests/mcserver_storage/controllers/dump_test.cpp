@@ -5,6 +5,7 @@
 #include <cstring>
 #include <sstream>
 
+#include "host/printed.h"
 #include "mcserver_storage/controllers/controller_test.h"
 #include "mcserver_storage/controllers/full_record.h"
 
@@ -37,14 +38,7 @@ class ControllerDump : public ControllerTest {
   // Other bytes follow the record; they are not to be shown.
   std::string text_of(const Bytes &record) {
     const Bytes memory = record + Bytes::repeated(64, '!');
-    char *text = nullptr;
-    size_t size = 0;
-    FILE *const stream = open_memstream(&text, &size);
-    print(memory.data(), stream);
-    fclose(stream);
-    std::string result(text, size);
-    free(text);
-    return result;
+    return printed([&](FILE *stream) { print(memory.data(), stream); });
   }
 
   // The lines of the dump that contain this.

@@ -7,8 +7,7 @@
 #include <string>
 #include <tuple>
 
-#include "host/plugin_test.h"
-#include "mcserver_storage/controllers/controller_bytes.h"
+#include "host/failure_sweep.h"
 #include "mcserver_storage/controllers/controller_test.h"
 
 namespace tests {
@@ -24,28 +23,13 @@ using testing::StartsWith;
 using testing::Values;
 
 enum class Mode { kFirstFull, kFirstDelta, kFull, kDelta };
-enum class Extent { kOnce, kFromThereOn };
-
 void PrintTo(Mode mode, std::ostream *out) {
   constexpr const char *kNames[] = {"first full", "first delta", "full", "delta"};
   *out << kNames[static_cast<size_t>(mode)];
 }
-void PrintTo(Extent extent, std::ostream *out) { *out << (extent == Extent::kOnce ? "once" : "from there on"); }
-
-struct Failure {
-  const char *function;
-  host::Verdict verdict;
-};
-void PrintTo(const Failure &failure, std::ostream *out) {
-  *out << failure.function << (failure.verdict.fails ? " fails" : " succeeds") << " with errno "
-       << failure.verdict.error;
-}
-
-// More than any of the calls that are disturbed here makes of one function.
-constexpr int kMostCalls = 250;
 
 // A host of its own for each call that is disturbed.
-class Scene : public ControllerTest {
+class Scene : public SweepScene<ControllerTest> {
  public:
   explicit Scene(Mode mode) : mode_(mode) {
     files.write_text("/var/mctool_stordebug", "");
@@ -56,35 +40,24 @@ class Scene : public ControllerTest {
       full();
     }
     store(kReady, after(), 2000);
-    forget_calls();
   }
-
-  void TestBody() override {}
-
-  // A null list without an error is no failure: it is exchanged like any other, and the next call copes with it too.
-  void exchange_null_lists() { full(); }
 
   // True when there was such a call to disturb.
   bool disturb(const Failure &failure, int nth, Extent extent) {
     if (failure.function == std::string("fscanf")) files.write_text("/etc/product", "tarnika");
-    const int last = extent == Extent::kOnce ? nth : nth + kMostCalls;
-    for (int call = nth; call <= last; ++call)
-      before_call(failure.function, call, [this, failure] {
-        if (is_disturbed_) inject(failure.function, 1, failure.verdict);
-      });
-
     // The host is asked for room for the file, and for the gone ones once more.
     const CallOptions options = {.size = 18, .growth = {Growth::kInPlace, Growth::kMove}};
-    is_disturbed_ = true;
-    const Reply reply = mode_ == Mode::kDelta || mode_ == Mode::kFirstDelta ? delta(options) : full(options);
-    is_disturbed_ = false;
+    return disturb_during(failure, nth, extent, [&] {
+      const Reply reply = mode_ == Mode::kDelta || mode_ == Mode::kFirstDelta ? delta(options) : full(options);
 
-    EXPECT_THAT(reply.status, AnyOf(0, -13, -35, -37));
-    EXPECT_EQ(reply.length, reply.status == 0 ? 18u + 1294u * reply.buffer[4] : 0u);
-    return calls_of(failure.function) >= nth;
+      EXPECT_THAT(reply.status, AnyOf(0, -13, -35, -37));
+      EXPECT_EQ(reply.length, reply.status == 0 ? 18u + 1294u * reply.buffer[4] : 0u);
+    });
   }
 
-  void expect_it_to_be_as_good_as_ever() {
+  void expect_it_to_be_as_good_as_ever(const Failure &failure) {
+    // A null list without an error is no failure: it is exchanged like any other, and the next call copes with it too.
+    if (failure.verdict.fails && failure.verdict.error == 0) full();
     files.remove("/var/mctool_ctlrdebug.txt");
     system_log();
     trace();
@@ -102,13 +75,6 @@ class Scene : public ControllerTest {
   }
 
  private:
-  int calls_of(const std::string &function) const {
-    const auto number = std::ranges::count_if(
-        calls(), [&](const std::string &call) { return call == function || call.starts_with(function + ' '); });
-    EXPECT_LT(number, kMostCalls);
-    return static_cast<int>(number);
-  }
-
   static Controller dumped_in_short(size_t number, uint32_t stamp = 1) {
     Controller controller = numbered(number, stamp);
     controller.is_supported = 0;
@@ -123,54 +89,37 @@ class Scene : public ControllerTest {
     return {dumped_in_short(1), dumped_in_short(2, 2), numbered(4), dumped_in_short(5), dumped_in_short(6)};
   }
 
-  Mode mode_;
-  bool is_disturbed_ = false;
+  const Mode mode_;
 };
 
 class FailureSweep : public testing::TestWithParam<std::tuple<Failure, Mode, Extent>> {};
 
 TEST_P(FailureSweep, LeavesNothingBehindWhicheverCallFails) {
   const auto &[failure, mode, extent] = GetParam();
-  int nth = 0;
-  bool was_disturbed = true;
-
-  while (was_disturbed && !HasFailure()) {
-    SCOPED_TRACE("call " + std::to_string(++nth));
-    Scene scene(mode);
-    was_disturbed = scene.disturb(failure, nth, extent);
-    if (failure.verdict.fails && failure.verdict.error == 0) scene.exchange_null_lists();
-    scene.expect_it_to_be_as_good_as_ever();
-  }
-
-  EXPECT_GT(nth, 1) << "there was no such call";
+  sweep<Scene>(failure, extent, mode);
 }
 
 const auto kExtents = Values(Extent::kOnce, Extent::kFromThereOn);
 
-INSTANTIATE_TEST_SUITE_P(
-    OfAnyCall, FailureSweep,
-    Combine(
-        Values(Failure{"fopen", {.fails = true, .error = ENOENT}}, Failure{"fopen", {.fails = true, .error = EMFILE}},
-               Failure{"fclose", {.fails = true, .error = EIO}}, Failure{"fread", {.fails = true, .error = EIO}},
-               Failure{"fread", {.fails = false, .error = ENOMEM}}, Failure{"fileno", {.fails = true, .error = EBADF}},
-               Failure{"flock", {.fails = true, .error = ENOLCK}}, Failure{"stat", {.fails = true, .error = EACCES}},
-               Failure{"realloc", {.fails = true, .error = ENOMEM}},
-               Failure{"realloc", {.fails = false, .error = ENOMEM}}, Failure{"realloc", {.fails = true, .error = 0}},
-               Failure{"fprintf", {.fails = true, .error = ENOSPC}}),
-        Values(Mode::kFirstFull, Mode::kFirstDelta, Mode::kFull, Mode::kDelta), kExtents));
+INSTANTIATE_TEST_SUITE_P(OfAnyCall, FailureSweep,
+                         Combine(Values(failure("fopen", ENOENT), failure("fopen", EMFILE), failure("fclose", EIO),
+                                        failure("fread", EIO), Failure{"fread", {.fails = false, .error = ENOMEM}},
+                                        failure("fileno", EBADF), failure("flock", ENOLCK), failure("stat", EACCES),
+                                        failure("realloc", ENOMEM),
+                                        Failure{"realloc", {.fails = false, .error = ENOMEM}},
+                                        Failure{"realloc", {.fails = true, .error = 0}}, failure("fprintf", ENOSPC)),
+                                 Values(Mode::kFirstFull, Mode::kFirstDelta, Mode::kFull, Mode::kDelta), kExtents));
 
 INSTANTIATE_TEST_SUITE_P(OfAFirstCall, FailureSweep,
-                         Combine(Values(Failure{"fflush", {.fails = true, .error = EIO}},
-                                        Failure{"fscanf", {.fails = true, .error = EIO}}),
+                         Combine(Values(failure("fflush", EIO), failure("fscanf", EIO)),
                                  Values(Mode::kFirstFull, Mode::kFirstDelta), kExtents));
 
 INSTANTIATE_TEST_SUITE_P(OfADelta, FailureSweep,
-                         Combine(Values(Failure{"ctime", {.fails = true, .error = EOVERFLOW}}),
-                                 Values(Mode::kFirstDelta, Mode::kDelta), kExtents));
+                         Combine(Values(failure("ctime", EOVERFLOW)), Values(Mode::kFirstDelta, Mode::kDelta),
+                                 kExtents));
 
 INSTANTIATE_TEST_SUITE_P(OfADeltaWithGoneControllers, FailureSweep,
-                         Combine(Values(Failure{"malloc", {.fails = true, .error = ENOMEM}}), Values(Mode::kDelta),
-                                 kExtents));
+                         Combine(Values(failure("malloc", ENOMEM)), Values(Mode::kDelta), kExtents));
 
 }  // namespace
 }  // namespace tests

@@ -319,7 +319,7 @@ class VeryManyControllers : public HostileStoreFiles, public testing::WithParamI
   // All zero, but for the last one.
   void store_very_many(size_t count) {
     files.write(kControllerStore, Bytes().u8(kNotReady));
-    resize(store_path(), 1 + (count - 1) * kControllerSize, 1000);
+    files.resize(kControllerStore, 1 + (count - 1) * kControllerSize, 1000);
     append(numbered(kLast).stored());
   }
 };

@@ -1,0 +1,81 @@
+// Makes each libc call of a plug-in's call fail in turn. A kind's sweep brings a Scene: a host in the middle of its
+// work, which is disturbed in one call and must then be as good as ever.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <ostream>
+#include <string>
+
+#include "host/plugin_test.h"
+
+namespace tests {
+
+struct Failure {
+  const char *function;
+  host::Verdict verdict;
+};
+
+inline Failure failure(const char *function, int error) {
+  return {.function = function, .verdict = {.fails = true, .error = error}};
+}
+
+inline void PrintTo(const Failure &failure, std::ostream *out) {
+  *out << failure.function << (failure.verdict.fails ? " fails" : " succeeds") << " with errno "
+       << failure.verdict.error;
+}
+
+enum class Extent { kOnce, kFromThereOn };
+
+inline void PrintTo(Extent extent, std::ostream *out) { *out << (extent == Extent::kOnce ? "once" : "from there on"); }
+
+// A host of its own for each call that is disturbed; `Base` is the kind's fixture.
+template <typename Base>
+class SweepScene : public Base {
+ public:
+  void TestBody() override {}
+
+ protected:
+  // Calls while the nth call of that libc function fails, or all from there on. True when there was such a call.
+  template <typename Call>
+  bool disturb_during(const Failure &failure, int nth, Extent extent, Call call) {
+    this->forget_calls();
+    const int last = extent == Extent::kOnce ? nth : nth + kMostCalls;
+    for (int number = nth; number <= last; ++number)
+      this->before_call(failure.function, number, [this, failure] {
+        if (is_disturbed_) this->inject(failure.function, 1, failure.verdict);
+      });
+
+    is_disturbed_ = true;
+    call();
+    is_disturbed_ = false;
+
+    const auto number = std::ranges::count_if(
+        this->calls(), [&](const std::string &one) { return one.substr(0, one.find(' ')) == failure.function; });
+    EXPECT_LT(number, kMostCalls);
+    return number >= nth;
+  }
+
+ private:
+  // More than any of the disturbed calls makes of one function.
+  static constexpr int kMostCalls = 500;
+
+  bool is_disturbed_ = false;
+};
+
+// `mode` is what the scene is made with.
+template <typename Scene, typename Mode>
+void sweep(const Failure &failure, Extent extent, const Mode &mode) {
+  int nth = 0;
+  bool was_disturbed = true;
+  while (was_disturbed && !testing::Test::HasFailure()) {
+    SCOPED_TRACE("call " + std::to_string(++nth));
+    Scene scene(mode);
+    was_disturbed = scene.disturb(failure, nth, extent);
+    scene.expect_it_to_be_as_good_as_ever(failure);
+  }
+  EXPECT_GT(nth, 1) << "there was no such call";
+}
+
+}  // namespace tests
