@@ -21,8 +21,8 @@ std::string bytes(uint64_t number) {
 
 std::string hours(uint64_t number) {
   constexpr uint64_t kHoursOfTwoDays = 48;
-  if (number < kHoursOfTwoDays) return fmt::format("{} hours", number);
-  return fmt::format("{} hours ({} days)", number, number / 24);
+  if (number < kHoursOfTwoDays) return fmt::format("{} h", number);
+  return fmt::format("{} h ({} days)", number, number / 24);
 }
 
 // The collector leaves a time that does not apply at 0, or sets all its bits.

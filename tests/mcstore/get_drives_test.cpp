@@ -1,0 +1,90 @@
+#include <gmock/gmock.h>
+
+#include <nlohmann/json.hpp>
+
+#include "mcserver_storage/physical_drives/drive_bytes.h"
+#include "mcserver_storage/physical_drives/full_record.h"
+#include "mcstore/command_line.h"
+#include "records/physical_drive_record.h"
+
+namespace tests {
+namespace {
+
+using testing::HasSubstr;
+using testing::StartsWith;
+using Json = nlohmann::ordered_json;
+
+class GetDrives : public McstoreTest {
+ protected:
+  GetDrives() { files.write("/var/storctlr_info", Bytes().u8(2)); }
+
+  void store(const Bytes &record) { files.write(kDriveStore, little_endian().u32(1) + record); }
+};
+
+TEST_F(GetDrives, JsonReproducesTheStoreFile) {
+  store(full_drive_record(Bytes::Order::kLittle));
+  const std::string stored = files.read(kDriveStore);
+  const Json shown = Json::parse(mcstore_here("get drives --format json").out);
+
+  files.write_text("/again.json", Json({{"drives", {{"noofDrives", 1}, {"records", shown["records"]}}}}).dump());
+  files.remove(kDriveStore);
+  EXPECT_EQ(mcstore_here("collect " + files.real("/again.json")).exit_code, 0);
+
+  EXPECT_EQ(files.read(kDriveStore), stored);
+}
+
+TEST_F(GetDrives, JsonHasRawValues) {
+  store(full_drive_record(Bytes::Order::kLittle));
+
+  const Json drive = Json::parse(mcstore_here("get drives --format json").out)["records"][0];
+
+  EXPECT_EQ(drive.size(), std::size(mcserver::records::kPhysicalDrive));
+  EXPECT_EQ(drive["raw_size"], 0x8737677700112201u);
+  EXPECT_EQ(drive["rebuild_percent_complete"], -1);
+  EXPECT_EQ(drive["rebuild_start_timestamp"], 0x8A3A6A7A);
+  EXPECT_EQ(drive["enclosure_association"], 1);
+  EXPECT_EQ(drive["enclosure_logical_id"], "500605b00d1e2fa3");
+  EXPECT_EQ(drive["enclosure_sas_address[1]"], 0x9000C500A1B2C3D5u);
+}
+
+TEST_F(GetDrives, TableHasSizesAndTimesAsPeopleReadThem) {
+  store(Bytes::repeated(453, 0)
+            .put(21, little_endian().u16(512).u64(1200243695616))
+            .put(109, little_endian().u32(1772448300).u32(0xFFFFFFFF))
+            .put(260, Bytes::hex("02 50 06 05 b0 0d 1e 2f a3"))
+            .put(360, little_endian().u64(18250)));
+
+  const std::string table = mcstore_here("get drives").out;
+
+  EXPECT_THAT(table, StartsWith("Physical drives: 1\n"));
+  EXPECT_THAT(table, HasSubstr("\nblock_size                    512 B\n"));
+  EXPECT_THAT(table, HasSubstr("\nraw_size                      1.1 TiB\n"));
+  EXPECT_THAT(table, HasSubstr("\nrebuild_start_timestamp       2026-03-02 10:45:00 UTC\n"));
+  EXPECT_THAT(table, HasSubstr("\nrebuild_end_timestamp         none\n"));
+  EXPECT_THAT(table, HasSubstr("\nenclosure_association         through an expander\n"));
+  EXPECT_THAT(table, HasSubstr("\nenclosure_logical_id          500605b00d1e2fa3\n"));
+  EXPECT_THAT(table, HasSubstr("\npower_on_hours                18250 h (760 days)\n"));
+}
+
+TEST_F(GetDrives, TellsASimulation) {
+  files.write_text("/debug/mctool_storage_debug", "");
+
+  const Json json = Json::parse(mcstore_here("get drives --format json").out);
+
+  EXPECT_EQ(json["simulated"], true);
+  ASSERT_EQ(json["records"].size(), 2u);
+  EXPECT_EQ(json["records"][1]["product_id"], "ST3300657SS");
+  EXPECT_EQ(json["records"][1]["enclosure_device_id"], 2);
+}
+
+TEST_F(GetDrives, WatchReportsASwap) {
+  files.write(kDriveStore, drive_file(1, {numbered_drive(0)}));
+
+  EXPECT_EQ(mcstore_here("watch drives --interval 0 --count 2").out,
+            "call 1: 1 new\n"
+            "  new       SERIAL-0 (controller_index 0, slot_num 0)\n"
+            "call 2: nothing changed\n");
+}
+
+}  // namespace
+}  // namespace tests
