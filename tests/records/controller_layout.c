@@ -1,9 +1,4 @@
-// The public header is C, and these are the layouts that it promises.
-#include "mcserver_storage.h"
-
-#define AT(record, member, offset, width)                                                             \
-  _Static_assert(offsetof(record, member) == (offset) && sizeof(((record *)NULL)->member) == (width), \
-                 #record "." #member " is misplaced")
+#include "records/layout.h"
 
 AT(StorCtlrInfo, index, 0, 1);
 AT(StorCtlrInfo, controller, 1, 16);

@@ -1,9 +1,4 @@
-/* The layout of the NVMe records, field by field. That this file is C shows that the header is. */
-#include "mcserver_storage.h"
-
-#define AT(record, member, offset, width)                                        \
-  _Static_assert(offsetof(record, member) == (offset), #member " is elsewhere"); \
-  _Static_assert(sizeof(((record *)0)->member) == (width), #member " has another width")
+#include "records/layout.h"
 
 _Static_assert(sizeof(NvmeCtlrInfo) == 262, "NvmeCtlrInfo has another size");
 AT(NvmeCtlrInfo, controller_name, 0, 24);
