@@ -30,6 +30,17 @@ enum class Extent { kOnce, kFromThereOn };
 
 inline void PrintTo(Extent extent, std::ostream *out) { *out << (extent == Extent::kOnce ? "once" : "from there on"); }
 
+// Which call is disturbed: the first of all, or one with something to compare.
+enum class Mode { kFirstFull, kFirstDelta, kFull, kDelta };
+
+inline bool is_first(Mode mode) { return mode == Mode::kFirstFull || mode == Mode::kFirstDelta; }
+inline bool is_delta(Mode mode) { return mode == Mode::kFirstDelta || mode == Mode::kDelta; }
+
+inline void PrintTo(Mode mode, std::ostream *out) {
+  constexpr const char *kNames[] = {"first full", "first delta", "full", "delta"};
+  *out << kNames[static_cast<size_t>(mode)];
+}
+
 // A host of its own for each call that is disturbed; `Base` is the kind's fixture.
 template <typename Base>
 class SweepScene : public Base {

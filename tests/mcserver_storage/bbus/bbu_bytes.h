@@ -82,7 +82,7 @@ inline Bytes untouched_bbu_slot() { return Bytes::repeated(kBbuSize, 0xA5); }
 
 // A field of the flash module's image: a byte for the type, in the upper two bits, and the length, and the data.
 inline Bytes image_field(std::string_view data, uint8_t type = 3) {
-  return Bytes().u8(static_cast<uint8_t>(type << 6 | data.size())).text(data, data.size());
+  return Bytes().u8(type * size_t{64} + data.size()).text(data, data.size());
 }
 
 // An image as a module delivers it: the board area begins at byte 8, its fields at byte 14.

@@ -1,13 +1,7 @@
 // The base of the tests that read the BBU store file.
 #pragma once
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
-#include <ostream>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -15,11 +9,6 @@
 #include "mcserver_storage/bbus/bbu_bytes.h"
 
 namespace tests {
-
-inline void PrintTo(Growth growth, std::ostream *out) {
-  constexpr const char *kNames[] = {"in place", "move", "refuse", "grant less", "null", "say nothing"};
-  *out << kNames[static_cast<size_t>(growth)];
-}
 
 class BbuTest : public PluginTest {
  protected:
@@ -30,14 +19,10 @@ class BbuTest : public PluginTest {
     files.write(kBbuStore, bbu_file(bbus), modified);
   }
 
-  // A file of that size, with zeros that take no room on the disk.
+  // A file of that size, all zero.
   void store_sparse(uint64_t size, int64_t modified = 1000) {
     files.write(kBbuStore, Bytes());
-    const std::string path = files.real(kBbuStore);
-    struct timespec times[2] = {};
-    times[0].tv_sec = times[1].tv_sec = static_cast<time_t>(modified);
-    if (truncate(path.c_str(), static_cast<off_t>(size)) != 0 || utimensat(AT_FDCWD, path.c_str(), times, 0) != 0)
-      throw std::runtime_error("cannot resize " + path);
+    files.resize(kBbuStore, size, modified);
   }
 
   Reply full(const CallOptions &options = {}) { return call("mc_get_store_bbu", options); }

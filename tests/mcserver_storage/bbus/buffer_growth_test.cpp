@@ -228,6 +228,32 @@ TEST_F(BbuReplyGrowth, LessThanWasWishedForIsTakenThoughTheOldBufferWouldHaveDon
   EXPECT_EQ(reply.buffer, bbu_reply({bbu_of(0)}, kUntouchedAfterGrowth).fill(160, kUntouchedAfterGrowth));
 }
 
+// A host that gives another buffer, whatever its size, may have taken the old one back.
+class ShrinkingHost : public host::ReplyOwner {
+ public:
+  uint8_t *grow(uint32_t, uint32_t *available) override {
+    *available = static_cast<uint32_t>(other.size());
+    return other.data();
+  }
+
+  std::vector<uint8_t> passed_in = std::vector<uint8_t>(kRoomForOne, kUntouched);
+  std::vector<uint8_t> other = std::vector<uint8_t>(kRoomForOne - 1, kUntouchedAfterGrowth);
+};
+
+TEST_F(BbuReplyGrowth, AnotherBufferThatIsTooSmallIsARefusalThoughTheOldOneWouldHaveDone) {
+  remember({bbu_of(0)});
+  ShrinkingHost host;
+  uint32_t length = kUnwrittenLength;
+
+  const int32_t status =
+      PLUGIN(get_store_bbu)(static_cast<host::ReplyOwner *>(&host), host.passed_in.data(), kRoomForOne, &length, 0);
+
+  EXPECT_EQ(status, -13);
+  EXPECT_EQ(length, 0u);
+  EXPECT_EQ(Bytes(host.passed_in), Bytes::repeated(kRoomForOne, kUntouched));
+  EXPECT_EQ(Bytes(host.other), Bytes::repeated(kRoomForOne - 1, kUntouchedAfterGrowth));
+}
+
 TEST_F(BbuReplyGrowth, ANullBufferForWhichTheHostHasNoOtherIsRefused) {
   store({bbu_of(0)});
 
@@ -245,57 +271,6 @@ TEST_F(BbuReplyGrowth, ANullBufferThatTheHostReplacesWillDo) {
 
   EXPECT_EQ(reply.status, 0);
   EXPECT_EQ(reply.bytes(), bbu_reply({bbu_of(0)}, kUntouchedAfterGrowth));
-}
-
-// --------------------------------------------------------------------------------------------- sizes of over 4 GiB
-
-class BbuFileBeyondAnyReply : public BbuReplyGrowth, public testing::WithParamInterface<uint64_t> {};
-
-TEST_P(BbuFileBeyondAnyReply, IsRefusedAtOnceAndTheHostIsNotAsked) {
-  store_sparse(GetParam());
-  trace_at(9);
-
-  const Reply reply = full({.growth = {Growth::kRefuse}});
-
-  EXPECT_EQ(reply.status, -13);
-  EXPECT_EQ(reply.length, 0u);
-  EXPECT_THAT(reply.requests, IsEmpty());
-  EXPECT_THAT(calls(), Not(Contains("realloc")));
-  EXPECT_EQ(trace(), "");
-}
-
-TEST_P(BbuFileBeyondAnyReply, MovesTheTimeAsAnyRefusalDoes) {
-  store_sparse(GetParam());
-  full({.growth = {Growth::kRefuse}});
-  store({bbu_of(0)}, 1000);
-
-  EXPECT_EQ(delta().length, 0u);
-}
-
-// The low halves of most of these sizes would fit, with and without the header.
-INSTANTIATE_TEST_SUITE_P(, BbuFileBeyondAnyReply,
-                         Values(0xFFFFFFEFu, 0xFFFFFFFFu, 0x100000000u, 0x1000000A1u, 0x180000000u, 0x1FFFFFFEFu,
-                                0x20000FFEFu));
-
-TEST_F(BbuReplyGrowth, TheLargestFileThatFitsIsAskedFor) {
-  store_sparse(0xFFFFFFEE);
-
-  const Reply reply = full({.growth = {Growth::kRefuse}});
-
-  EXPECT_EQ(reply.status, -13);
-  EXPECT_THAT(reply.requests, ElementsAre(0xFFFFFFFF));
-}
-
-// With the remembered one, the size that is wished for is 160 modulo 2 to the 32nd: the buffer seems to hold that.
-TEST_F(BbuReplyGrowth, AFileThatDoesNotFitIsRefusedThoughTheWishWrapped) {
-  remember({bbu_of(0)});
-  store_sparse(0xFFFFFFEE, 2000);
-
-  const Reply reply = full();
-
-  EXPECT_EQ(reply.status, -13);
-  EXPECT_EQ(reply.length, 0u);
-  EXPECT_THAT(reply.requests, IsEmpty());
 }
 
 }  // namespace

@@ -9,8 +9,6 @@ namespace {
 
 using testing::AllOf;
 using testing::Contains;
-using testing::HasSubstr;
-using testing::IsEmpty;
 using testing::Not;
 
 class BbuDelta : public BbuTest {};

@@ -1,10 +1,9 @@
 #include <gmock/gmock.h>
 
 #include <cerrno>
-#include <cstdlib>
-#include <cstring>
 #include <sstream>
 
+#include "host/printed.h"
 #include "mcserver_storage/bbus/bbu_test.h"
 #include "mcserver_storage/bbus/full_record.h"
 
@@ -40,14 +39,7 @@ class BbuDump : public BbuTest {
   // Other bytes follow the record; they are not to be shown.
   std::string text_of(const Bytes &record) {
     const Bytes memory = record + Bytes::repeated(64, '!');
-    char *text = nullptr;
-    size_t size = 0;
-    FILE *const stream = open_memstream(&text, &size);
-    print(memory.data(), stream);
-    fclose(stream);
-    std::string result(text, size);
-    free(text);
-    return result;
+    return printed([&](FILE *stream) { print(memory.data(), stream); });
   }
 
   // The lines of the dump that contain this.

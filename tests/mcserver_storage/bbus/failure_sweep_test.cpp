@@ -7,6 +7,7 @@
 #include <string>
 #include <tuple>
 
+#include "host/failure_sweep.h"
 #include "mcserver_storage/bbus/bbu_test.h"
 
 namespace tests {
@@ -17,64 +18,32 @@ using testing::Combine;
 using testing::IsEmpty;
 using testing::Values;
 
-enum class Mode { kFirstFull, kFirstDelta, kFull, kDelta };
-enum class Extent { kOnce, kFromThereOn };
-
-void PrintTo(Mode mode, std::ostream *out) {
-  constexpr const char *kNames[] = {"first full", "first delta", "full", "delta"};
-  *out << kNames[static_cast<size_t>(mode)];
-}
-void PrintTo(Extent extent, std::ostream *out) { *out << (extent == Extent::kOnce ? "once" : "from there on"); }
-
-struct Failure {
-  const char *function;
-  host::Verdict verdict;
-};
-void PrintTo(const Failure &failure, std::ostream *out) {
-  *out << failure.function << (failure.verdict.fails ? " fails" : " succeeds") << " with errno "
-       << failure.verdict.error;
-}
-
-// More than any of the calls that are disturbed here makes of one function.
-constexpr int kMostCalls = 160;
-
 // A host of its own for each call that is disturbed.
-class Scene : public BbuTest {
+class Scene : public SweepScene<BbuTest> {
  public:
   explicit Scene(Mode mode) : mode_(mode) {
     files.write_text("/var/mctool_stordebug", "");
     files.write_text("/var/mctool_bbudebug", "");
     files.write(kFlashModuleImage, flash_module_image());
     trace_at(3);
-    if (mode == Mode::kFull || mode == Mode::kDelta) remember(before());
+    if (!is_first(mode)) remember(before());
     store(after(), 2000);
-    forget_calls();
   }
-
-  void TestBody() override {}
-
-  // A null list without an error is no failure: it is exchanged like any other, and the next call copes with it too.
-  void exchange_null_lists() { full(); }
 
   // True when there was such a call to disturb.
   bool disturb(const Failure &failure, int nth, Extent extent) {
-    const int last = extent == Extent::kOnce ? nth : nth + kMostCalls;
-    for (int call = nth; call <= last; ++call)
-      before_call(failure.function, call, [this, failure] {
-        if (is_disturbed_) inject(failure.function, 1, failure.verdict);
-      });
-
     const CallOptions options = {.size = 17, .growth = {Growth::kMove}};
-    is_disturbed_ = true;
-    const Reply reply = mode_ == Mode::kDelta || mode_ == Mode::kFirstDelta ? delta(options) : full(options);
-    is_disturbed_ = false;
+    return disturb_during(failure, nth, extent, [&] {
+      const Reply reply = is_delta(mode_) ? delta(options) : full(options);
 
-    EXPECT_THAT(reply.status, AnyOf(0, -13, -35, -37));
-    EXPECT_EQ(reply.length, reply.status == 0 ? 17u + 161u * reply.buffer[3] : 0u);
-    return calls_of(failure.function) >= nth;
+      EXPECT_THAT(reply.status, AnyOf(0, -13, -35, -37));
+      EXPECT_EQ(reply.length, reply.status == 0 ? 17u + 161u * reply.buffer[3] : 0u);
+    });
   }
 
-  void expect_it_to_be_as_good_as_ever() {
+  void expect_it_to_be_as_good_as_ever(const Failure &failure) {
+    // A null list without an error is no failure: it is exchanged like any other, and the next call copes with it too.
+    if (failure.verdict.fails && failure.verdict.error == 0) full();
     files.remove("/var/mctool_bbudebug.txt");
     system_log();
     trace();
@@ -92,62 +61,38 @@ class Scene : public BbuTest {
   }
 
  private:
-  int calls_of(const std::string &function) const {
-    const auto number = std::ranges::count_if(
-        calls(), [&](const std::string &call) { return call == function || call.starts_with(function + ' '); });
-    EXPECT_LT(number, kMostCalls);
-    return static_cast<int>(number);
-  }
-
   // One is gone, one is modified, two are new: more than the lists had room for.
   static std::vector<Bbu> before() { return {bbu_of(0), bbu_of(1)}; }
   static std::vector<Bbu> after() { return {bbu_of(1, 2), bbu_of(2), bbu_of(3)}; }
 
-  Mode mode_;
-  bool is_disturbed_ = false;
+  const Mode mode_;
 };
 
 class BbuFailureSweep : public testing::TestWithParam<std::tuple<Failure, Mode, Extent>> {};
 
 TEST_P(BbuFailureSweep, LeavesNothingBehindWhicheverCallFails) {
   const auto &[failure, mode, extent] = GetParam();
-  int nth = 0;
-  bool was_disturbed = true;
-
-  while (was_disturbed && !HasFailure()) {
-    SCOPED_TRACE("call " + std::to_string(++nth));
-    Scene scene(mode);
-    was_disturbed = scene.disturb(failure, nth, extent);
-    if (failure.verdict.fails && failure.verdict.error == 0) scene.exchange_null_lists();
-    scene.expect_it_to_be_as_good_as_ever();
-  }
-
-  EXPECT_GT(nth, 1) << "there was no such call";
+  sweep<Scene>(failure, extent, mode);
 }
 
-const auto kModes = Values(Mode::kFirstFull, Mode::kFirstDelta, Mode::kFull, Mode::kDelta);
 const auto kExtents = Values(Extent::kOnce, Extent::kFromThereOn);
 
-INSTANTIATE_TEST_SUITE_P(
-    OfAnyCall, BbuFailureSweep,
-    Combine(
-        Values(Failure{"fopen", {.fails = true, .error = ENOENT}}, Failure{"fopen", {.fails = true, .error = EMFILE}},
-               Failure{"fclose", {.fails = true, .error = EIO}}, Failure{"fread", {.fails = true, .error = EIO}},
-               Failure{"fread", {.fails = false, .error = ENOMEM}}, Failure{"fileno", {.fails = true, .error = EBADF}},
-               Failure{"flock", {.fails = true, .error = ENOLCK}}, Failure{"stat", {.fails = true, .error = EACCES}},
-               Failure{"realloc", {.fails = true, .error = ENOMEM}},
-               Failure{"realloc", {.fails = false, .error = ENOMEM}}, Failure{"realloc", {.fails = true, .error = 0}}),
-        kModes, kExtents));
+INSTANTIATE_TEST_SUITE_P(OfAnyCall, BbuFailureSweep,
+                         Combine(Values(failure("fopen", ENOENT), failure("fopen", EMFILE), failure("fclose", EIO),
+                                        failure("fread", EIO), Failure{"fread", {.fails = false, .error = ENOMEM}},
+                                        failure("fileno", EBADF), failure("flock", ENOLCK), failure("stat", EACCES),
+                                        failure("realloc", ENOMEM),
+                                        Failure{"realloc", {.fails = false, .error = ENOMEM}},
+                                        Failure{"realloc", {.fails = true, .error = 0}}),
+                                 Values(Mode::kFirstFull, Mode::kFirstDelta, Mode::kFull, Mode::kDelta), kExtents));
 
-// There are more than a hundred of them, and each is like the other.
+// There are more than a hundred of them, each like the other, so one pass over them will do.
 INSTANTIATE_TEST_SUITE_P(OfAnyPrint, BbuFailureSweep,
-                         Combine(Values(Failure{"fprintf", {.fails = true, .error = ENOSPC}}), Values(Mode::kFirstFull),
-                                 kExtents));
+                         Combine(Values(failure("fprintf", ENOSPC)), Values(Mode::kFirstFull), Values(Extent::kOnce)));
 
 // The index of what was remembered is the only memory beside the lists; a delta does without it.
 INSTANTIATE_TEST_SUITE_P(OfADelta, BbuFailureSweep,
-                         Combine(Values(Failure{"malloc", {.fails = true, .error = ENOMEM}}), Values(Mode::kDelta),
-                                 kExtents));
+                         Combine(Values(failure("malloc", ENOMEM)), Values(Mode::kDelta), kExtents));
 
 }  // namespace
 }  // namespace tests

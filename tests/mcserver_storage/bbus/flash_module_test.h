@@ -14,7 +14,7 @@ inline constexpr size_t kModel = 109;
 inline constexpr size_t kSerial = 129;
 inline constexpr size_t kRevision = 145;
 
-// No byte of it is 0 or is found in the images of these tests.
+// A record in which every byte that is written shows, unless it is a dot.
 inline Bytes record_of_dots() { return Bytes::repeated(kBbuSize, '.'); }
 
 inline Bytes blank_image() { return Bytes::repeated(kImageSize, 0); }

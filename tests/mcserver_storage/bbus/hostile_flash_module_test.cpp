@@ -26,7 +26,7 @@ TEST_F(HostileFlashModule, ATextThatIsTooLongRunsIntoTheFollowingFields) {
   const Bytes record = read(image_of(image_field(letters(63, 'v')) + image_field("M") + image_field("S")));
 
   EXPECT_EQ(record.slice(kVendor, 56),
-            Bytes().text(letters(20, 'v') + "M", 22).text(letters(18, 'v') + "S", 22 - 2).text(letters(14, 'v'), 14));
+            Bytes().text(letters(20, 'v') + "M", 22).text(letters(18, 'v') + "S", 20).text(letters(14, 'v'), 14));
 }
 
 TEST_F(HostileFlashModule, ATextThatIsTooLongStopsAtTheEndOfTheRecord) {

@@ -22,12 +22,6 @@ using testing::Not;
 using testing::StartsWith;
 using testing::Values;
 
-enum class Mode { kFirstFull, kFirstDelta, kFull, kDelta };
-void PrintTo(Mode mode, std::ostream *out) {
-  constexpr const char *kNames[] = {"first full", "first delta", "full", "delta"};
-  *out << kNames[static_cast<size_t>(mode)];
-}
-
 // A host of its own for each call that is disturbed.
 class Scene : public SweepScene<ControllerTest> {
  public:
@@ -35,7 +29,7 @@ class Scene : public SweepScene<ControllerTest> {
     files.write_text("/var/mctool_stordebug", "");
     files.write_text("/var/mctool_ctlrdebug", "");
     trace_at(3);
-    if (mode == Mode::kFull || mode == Mode::kDelta) {
+    if (!is_first(mode)) {
       store(kNotReady, before());
       full();
     }
@@ -48,7 +42,7 @@ class Scene : public SweepScene<ControllerTest> {
     // The host is asked for room for the file, and for the gone ones once more.
     const CallOptions options = {.size = 18, .growth = {Growth::kInPlace, Growth::kMove}};
     return disturb_during(failure, nth, extent, [&] {
-      const Reply reply = mode_ == Mode::kDelta || mode_ == Mode::kFirstDelta ? delta(options) : full(options);
+      const Reply reply = is_delta(mode_) ? delta(options) : full(options);
 
       EXPECT_THAT(reply.status, AnyOf(0, -13, -35, -37));
       EXPECT_EQ(reply.length, reply.status == 0 ? 18u + 1294u * reply.buffer[4] : 0u);
