@@ -64,7 +64,8 @@ extern FILE *outfp;
  * Replaces the reply buffer by one of at least `size` bytes. `ctx` is the handle that the entry point received.
  * Writes the size that is now available to *available and returns the buffer, moved or not; what it held need not be
  * kept. Less than `size`, or a null result, is a refusal; *available holds `size` on entry, so a host that leaves it
- * alone has granted that. One call of an entry point may ask twice.
+ * alone has granted that. One call of an entry point may ask twice. Two kinds differ, where they say so: virtual drives
+ * and BBUs.
  */
 uint8_t *mc_grow_attribute_buffer(void *ctx, uint32_t size, uint32_t *available);
 
@@ -507,6 +508,151 @@ void print_bbuTFMInfo(const StorBbuInfo *record);
 
 /* Appends the list's controller indices to /var/mctool_bbudebug.txt, if the file /var/mctool_bbudebug exists. */
 void print_bbu_list(const BbuSummary *list, int32_t count, const char *title);
+
+/* ------------------------------------------------------------------------------------------------ virtual drives */
+
+/* A member drive of a virtual drive. */
+typedef struct VdDriveRef {
+  uint8_t controller_index; /* 0 */
+  uint8_t slot_number;      /* 1 */
+} MC_STORE_PACKED VdDriveRef;
+
+/* A hot spare that is dedicated to a virtual drive. */
+typedef struct VdHotSpare {
+  uint8_t controller_index;    /* 0 */
+  uint8_t slot_number;         /* 1 */
+  uint8_t span;                /* 2 */
+  uint64_t starting_block;     /* 3 */
+  uint64_t number_of_blocks;   /* 11 */
+  uint8_t hot_spare_tail_byte; /* 19 */
+} MC_STORE_PACKED VdHotSpare;
+
+/*
+ * A virtual drive: a volume that a controller builds from physical drives. The store file /var/storvirtdrive_info holds
+ * nothing but these records; in a reply they follow the VirtDriveReplyHeader, with big-endian numbers. Texts as in
+ * StorCtlrInfo.
+ */
+typedef struct StorVirtDriveInfo {
+  uint8_t controller_index;                   /* 0 */
+  uint8_t target_id;                          /* 1 */
+  char guid[33];                              /* 2: identity */
+  char name[16];                              /* 35 */
+  uint8_t status;                             /* 51: 0 optimal, 1 cache degraded, 2 partially degraded, 3 degraded,
+                                                     4 offline, 5 unknown; 6 in a delta reply = gone */
+  uint64_t size;                              /* 52: bytes */
+  uint16_t raid_level;                        /* 60 */
+  int32_t strip_size;                         /* 62: bytes */
+  uint8_t drives_per_span;                    /* 66 */
+  uint8_t span_depth;                         /* 67 */
+  uint8_t access_policy;                      /* 68: 0 read and write, 1 unknown, 2 read only, 3 blocked */
+  uint8_t io_policy;                          /* 69: 0 direct, 1 cached */
+  uint8_t read_ahead_policy;                  /* 70: 0 ahead, 1 normal */
+  uint8_t current_write_cache_policy;         /* 71: 0 unknown, 1 write through, 2 write back, 3 write back, bad BBU */
+  uint8_t requested_write_cache_policy;       /* 72: the same */
+  uint8_t drive_cache_policy;                 /* 73: 0 unchanged, 1 enable, 2 disable */
+  uint8_t allow_background_init;              /* 74 */
+  uint8_t auto_snapshot;                      /* 75 */
+  uint8_t auto_delete_oldest;                 /* 76 */
+  uint8_t num_physical_drives;                /* 77: so many entries of pd and pd_v5 count */
+  VdDriveRef pd[8];                           /* 78 */
+  uint8_t num_hot_spares;                     /* 94: so many entries of hot_spares count, and are converted */
+  VdHotSpare hot_spares[256];                 /* 95 */
+  uint64_t remaining_space;                   /* 5215: bytes */
+  uint8_t reconstruction_status;              /* 5223 */
+  uint8_t reconstruction_percent_complete;    /* 5224 */
+  int32_t reconstruction_start_timestamp;     /* 5225 */
+  int32_t reconstruction_end_timestamp;       /* 5229 */
+  uint8_t consistency_check_status;           /* 5233 */
+  uint8_t consistency_check_percent_complete; /* 5234 */
+  int32_t consistency_check_start_timestamp;  /* 5235 */
+  int32_t consistency_check_end_timestamp;    /* 5239 */
+  uint8_t init_status;                        /* 5243 */
+  uint8_t init_percent_complete;              /* 5244 */
+  int32_t init_start_timestamp;               /* 5245 */
+  int32_t init_end_timestamp;                 /* 5249 */
+  uint8_t boot_drive;                         /* 5253 */
+  uint32_t mod_timestamp;                     /* 5254: changes whenever anything in the record does */
+  VdDriveRef pd_v5[256];                      /* 5258: the member drives once more */
+  uint64_t start_block_v12;                   /* 5770 */
+  uint64_t span_block_count_v12;              /* 5778 */
+  uint64_t smallest_pd_block_count_v12;       /* 5786 */
+  uint32_t pd_block_size_v12;                 /* 5794: bytes */
+  uint8_t vd_sed_state;                       /* 5798: bit set of the self-encrypting drives */
+} MC_STORE_PACKED StorVirtDriveInfo;
+
+/* What the plug-in remembers of it between calls, in the byte order of the machine. */
+typedef struct VdSummary {
+  uint8_t controller_index;
+  uint8_t target_id;
+  char guid[33];
+  char name[16];
+  uint32_t mod_timestamp;
+} VdSummary;
+
+/* The first bytes of a virtual drive reply. The records follow. */
+typedef struct VirtDriveReplyHeader {
+  uint8_t type;         /* 0: always 0x28 */
+  uint8_t zero_1;       /* 1 */
+  uint8_t eight;        /* 2: always 8 */
+  uint8_t count;        /* 3: the records that follow, modulo 256 */
+  uint32_t record_size; /* 4: big-endian; little-endian in a simulated reply */
+  uint8_t zero_2;       /* 8 */
+  uint8_t unwritten[8]; /* 9: as the buffer held it */
+} MC_STORE_PACKED VirtDriveReplyHeader;
+
+/*
+ * All virtual drives. When their reply needs to grow, *available holds the present size on entry: a host that leaves it
+ * alone has refused. (The simulation below asks as the other kinds do.)
+ *
+ * A null buf is refused with MC_STORE_UNAVAILABLE and leaves *len alone.
+ *
+ * While the file /debug/mctool_storage_debug exists, the reply is a made-up inventory of two drives with little-endian
+ * numbers. It needs 11615 bytes.
+ */
+int32_t mc_get_store_virtdrives(void *ctx, uint8_t *buf, uint32_t bufsize, uint32_t *len);
+
+/*
+ * What has changed since the previous call of either entry point, once the store file has been written: every virtual
+ * drive that is new, or whose mod_timestamp as it stands in the reply, big-endian, is not what the file's bytes were
+ * then (so most drives are reported each time); then a record for each one that is gone: status is 6, and only guid,
+ * name, controller_index and target_id are written beside it. Never simulates. A null buf is refused with
+ * MC_STORE_UNAVAILABLE. The length is 0 when there is nothing to report.
+ */
+int32_t mc_delta_store_virtdrives(void *ctx, uint8_t *buf, uint32_t bufsize, uint32_t *len);
+
+/* What both entry points call: everything when `delta` is 0, the changes when it is 1. With any other value the reply
+   is that of a full call, but the length is 0. */
+int32_t get_store_virtdrives(void *ctx, uint8_t *buf, uint32_t bufsize, uint32_t *len, int32_t delta);
+
+/*
+ * Is the record's virtual drive missing from the cached list, or there with another mod_timestamp, as the record's
+ * bytes stand? 1 or 0; 0 when an argument is null.
+ */
+int32_t new_virtdrive_or_modified(const StorVirtDriveInfo *record, const VdSummary *cached_list, uint16_t cached_count);
+
+/*
+ * Counts the cached virtual drives that are not in the cur list; 0 when a list is null. With `emit` 1 and a reply it
+ * also appends a record for each; the reply must have room: the call cannot know its size.
+ */
+uint16_t find_deleted_virtdrives(uint8_t *reply, uint16_t cur_count, const VdSummary *cur_list, uint16_t cached_count,
+                                 const VdSummary *cached_list, int32_t emit);
+
+/* As print_ctlrinfo, to the same file. */
+void print_vdinfo(const StorVirtDriveInfo *record, FILE *stream);
+
+/* Appends the list to /var/mctool_vddebug.txt, a line for each entry, if the file /var/mctool_vddebug exists. */
+void print_vd_list(const VdSummary *list, int32_t count, const char *label);
+
+/* ------------------------------------------------------------------------------------------------ SAS expanders */
+
+/*
+ * Expanders have no store file: these set *len to 0 and return MC_STORE_NO_DATA, the entry points MC_STORE_UNAVAILABLE
+ * for a null buf. While the file /debug/mctool_storage_debug exists, mc_get_store_sasexpanders answers with 100 fixed
+ * bytes.
+ */
+int32_t mc_get_store_sasexpanders(void *ctx, uint8_t *buf, uint32_t bufsize, uint32_t *len);
+int32_t mc_delta_store_sasexpanders(void *ctx, uint8_t *buf, uint32_t bufsize, uint32_t *len);
+int32_t get_store_sasexpanders(void *ctx, uint8_t *buf, uint32_t bufsize, uint32_t *len);
 
 /* ------------------------------------------------------------------------------------------------ NVMe */
 

@@ -25,6 +25,7 @@ void dump_record(const Record *record, FILE *stream, void (*print)(const Record 
 struct ListDump {
   const char *marker;
   const char *path;
+  const char *end = "\n";  // what follows the entries
 };
 
 template <typename Entry>
@@ -36,7 +37,7 @@ void dump_list(const ListDump &files, const Entry *list, int32_t count, const ch
 
   fprintf(dump.get(), "\n %s \n", title);
   for (int32_t i = 0; i < count; ++i) print(&list[i], dump.get());
-  fprintf(dump.get(), "\n");
+  fputs(files.end, dump.get());
 }
 
 }  // namespace mcserver

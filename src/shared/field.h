@@ -5,6 +5,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string_view>
 #include <type_traits>
 
@@ -19,6 +20,7 @@ enum class FieldType : uint8_t {
   kStatus,        // one byte, shown as a word
   kAttachment,    // one byte, 1 for "Direct Attached" and anything else for "Expander Attached"
   kBytes,         // never converted; hexadecimal digits where it is printed at all
+  kEntries,       // an array, whose entries have a table of their own
 };
 
 // What a number counts, as far as people would rather read it in another form.
@@ -36,6 +38,8 @@ enum class ByteOrder : uint8_t {
   kNetwork,  // big-endian in a reply
 };
 
+struct EntryTable;
+
 struct Field {
   const char *name;
   size_t offset;
@@ -44,6 +48,14 @@ struct Field {
   const char *label;  // the line of a text dump, with one printf conversion; null for a field that is not printed
   ByteOrder order;
   Unit unit = Unit::kNone;
+  const EntryTable *entries = nullptr;
+};
+
+// What an array of a record consists of. The labels of its fields have a conversion for the entry's number first.
+struct EntryTable {
+  std::span<const Field> fields;
+  size_t size;
+  const char *count;  // the field that tells how many entries count
 };
 
 inline constexpr const char *kUnprinted = nullptr;
@@ -103,6 +115,12 @@ consteval Field in(Unit unit, Field field) {
   return field;
 }
 
+constexpr Field entries(const EntryTable &table, Field field) {
+  field.type = FieldType::kEntries;
+  field.entries = &table;
+  return field;
+}
+
 // Is the number passed to its label as a long? Its width differs from one machine to the other.
 constexpr bool takes_long(const Field &field) {
   return std::string_view(field.label).find("%ld") != std::string_view::npos;
@@ -111,15 +129,8 @@ constexpr bool takes_long(const Field &field) {
 // The longest field whose bytes are printed.
 inline constexpr size_t kMostPrintedBytes = 64;
 
-// The conversion that a label must contain, exactly once, for its argument to be passed with the right type.
-consteval bool label_fits(const Field &field) {
-  if (field.label == nullptr) return field.type == FieldType::kBytes;
-
-  const std::string_view label = field.label;
-  const size_t start = label.find('%');
-  if (start == std::string_view::npos || label.find('%', start + 1) != std::string_view::npos) return false;
-
-  const std::string_view conversion = label.substr(start + 1);
+// Does the conversion take an argument of the field's type?
+consteval bool conversion_fits(const Field &field, std::string_view conversion) {
   switch (field.type) {
     case FieldType::kText:
     case FieldType::kFlag:
@@ -140,6 +151,19 @@ consteval bool label_fits(const Field &field) {
   }
 }
 
+// Has the label nothing but conversions that fit, one or two, which show the same value?
+consteval bool label_fits(const Field &field, std::string_view label) {
+  size_t conversions = 0;
+  for (size_t at = label.find('%'); at != label.npos; at = label.find('%', at + 1), ++conversions)
+    if (!conversion_fits(field, label.substr(at + 1))) return false;
+  return conversions == 1 || conversions == 2;
+}
+
+consteval bool label_fits(const Field &field) {
+  if (field.label == nullptr) return field.type == FieldType::kBytes || field.type == FieldType::kEntries;
+  return label_fits(field, field.label);
+}
+
 // Does the table cover the record from its first byte to its last, without a gap, and does every label fit?
 template <typename Record, size_t Rows>
 consteval bool describes(const std::array<Field, Rows> &table) {
@@ -149,6 +173,19 @@ consteval bool describes(const std::array<Field, Rows> &table) {
     end += field.width;
   }
   return end == sizeof(Record);
+}
+
+// The same for an entry of an array.
+template <typename Entry, size_t Rows>
+consteval bool describes_entry(const std::array<Field, Rows> &table) {
+  size_t end = 0;
+  for (const Field &field : table) {
+    const std::string_view label = field.label;
+    const size_t number = label.find("[%d]");
+    if (field.offset != end || number == label.npos || !label_fits(field, label.substr(number + 4))) return false;
+    end += field.width;
+  }
+  return end == sizeof(Entry);
 }
 
 void no_such_field();  // not constant, so that reaching it does not compile

@@ -72,12 +72,18 @@ void visit_value(const Field &field, const uint8_t *record, const char *const *n
       return use(*bytes == 1 ? "Direct Attached" : "Expander Attached");
     case FieldType::kBytes:
       if (field.label) use(HexDigits(bytes, field.width).c_str());
+      return;
+    case FieldType::kEntries:
+      return;
   }
 }
 
-// Prints each field through its label; a field without one prints nothing.
+// Prints each field through its label; a field without one prints nothing. A label may show its value twice.
 void print_fields(FILE *stream, std::span<const Field> fields, const uint8_t *record,
                   const char *const *names = nullptr);
 void print_field(FILE *stream, const Field &field, const uint8_t *record, const char *const *names = nullptr);
+
+// Prints the first `count` entries of an array, as far as there are so many.
+void print_entries(FILE *stream, const Field &array, const uint8_t *record, size_t count);
 
 }  // namespace mcserver

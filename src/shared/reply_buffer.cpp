@@ -8,8 +8,11 @@
 
 namespace mcserver {
 
-bool ReplyBuffer::grow(uint32_t size) {
-  uint32_t available = size;
+bool ReplyBuffer::grow(uint32_t size) { return request(size, size); }
+
+bool ReplyBuffer::grow_if_confirmed(uint32_t size) { return request(size, size_); }
+
+bool ReplyBuffer::request(uint32_t size, uint32_t available) {
   bytes_ = mc_grow_attribute_buffer(ctx_, size, &available);
   size_ = available;
   return bytes_ && size_ >= size;

@@ -16,11 +16,16 @@ class ReplyBuffer {
   // then there is nothing to write to. A host that leaves the size variable alone has granted what was asked.
   bool grow(uint32_t size);
 
+  // The same, but a host that leaves the size variable alone has refused.
+  bool grow_if_confirmed(uint32_t size);
+
   // The same, but what the buffer holds is still there afterwards, wherever the host moved it. No memory for keeping
   // it counts as a refusal.
   bool grow_and_keep(uint32_t size);
 
  private:
+  bool request(uint32_t size, uint32_t available);
+
   void *ctx_;
   uint8_t *bytes_;
   uint32_t size_;

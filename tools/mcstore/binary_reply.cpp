@@ -2,20 +2,34 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <span>
+#include <string_view>
 
 #include "mcstore/reply_parsers.h"
 
 namespace mcstore {
 namespace {
 
-Device device_from(const Kind &kind, std::span<const uint8_t> record, Endian endian) {
-  Device device;
-  for (const Field &field : fields_of(kind, record)) {
+Value value_of(std::span<const Field> fields, const Field &field, std::span<const uint8_t> record, Endian endian) {
+  if (field.type != mcserver::FieldType::kEntries) {
     Value value{.name = field.name, .json = json_value(record, field, endian), .text = {}};
     if (field.label) value.text = cell_text(record, field, endian);
-    device.values.push_back(std::move(value));
+    return value;
   }
+  const auto counter = std::find_if(fields.begin(), fields.end(), [&](const Field &one) {
+    return one.name == std::string_view(field.entries->count);
+  });
+  const uint64_t count = number_at(record, *counter, endian);
+  return {.name = field.name,
+          .json = json_entries(record, field, count, endian),
+          .text = entries_text(record, field, count, endian)};
+}
+
+Device device_from(const Kind &kind, std::span<const uint8_t> record, Endian endian) {
+  Device device;
+  const std::span<const Field> fields = fields_of(kind, record);
+  for (const Field &field : fields) device.values.push_back(value_of(fields, field, record, endian));
   return device;
 }
 

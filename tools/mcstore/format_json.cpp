@@ -2,15 +2,21 @@
 
 namespace mcstore {
 
-std::string format_json(const Kind &kind, const Reply &reply) {
-  Json root = {{"format", 1}, {"kind", kind.name}, {"simulated", reply.is_simulated}};
-  if (reply.state) root["subsystem_state"] = *reply.state;
-  root["records"] = Json::array();
+Json json_of(const Kind &kind, const Reply &reply) {
+  Json object = {{"kind", kind.name}, {"simulated", reply.is_simulated}};
+  if (reply.state) object["subsystem_state"] = *reply.state;
+  object["records"] = Json::array();
   for (const Device &device : reply.devices) {
-    Json object = Json::object();
-    for (const Value &value : device.values) object[value.name] = value.json;
-    root["records"].push_back(std::move(object));
+    Json record = Json::object();
+    for (const Value &value : device.values) record[value.name] = value.json;
+    object["records"].push_back(std::move(record));
   }
+  return object;
+}
+
+std::string format_json(const Kind &kind, const Reply &reply) {
+  Json root = {{"format", 1}};
+  root.update(json_of(kind, reply));
   return dump_json(root) + '\n';
 }
 

@@ -47,6 +47,18 @@ void store_bytes(const Json &value, const Field &field, std::span<uint8_t> bytes
     std::from_chars(digits.data() + 2 * i, digits.data() + 2 * i + 2, bytes[i], 16);
 }
 
+void store_object(const Json &object, std::span<const Field> fields, std::span<uint8_t> record,
+                  const std::string &place);
+
+void store_entries(const Json &list, const Field &field, std::span<uint8_t> bytes, const std::string &place) {
+  const size_t size = field.entries->size;
+  if (!list.is_array()) refuse(place, "must be an array");
+  if (list.size() > field.width / size)
+    refuse(place, fmt::format("has {} entries: at most {} fit", list.size(), field.width / size));
+  for (size_t i = 0; i < list.size(); ++i)
+    store_object(list[i], field.entries->fields, bytes.subspan(i * size, size), fmt::format("{}[{}]", place, i));
+}
+
 void store_field(const Json &value, const Field &field, std::span<uint8_t> record, const std::string &place) {
   const std::span<uint8_t> bytes = record.subspan(field.offset, field.width);
   switch (field.type) {
@@ -57,6 +69,8 @@ void store_field(const Json &value, const Field &field, std::span<uint8_t> recor
     case FieldType::kFlag:
     case FieldType::kInvertedFlag:
       return store_flag(value, field, bytes, place);
+    case FieldType::kEntries:
+      return store_entries(value, field, bytes, place);
     default:
       return store_number(value, field, bytes, place);
   }
@@ -70,18 +84,22 @@ const Field &field_named(std::span<const Field> fields, const std::string &name,
   return *field;
 }
 
+void store_object(const Json &object, std::span<const Field> fields, std::span<uint8_t> record,
+                  const std::string &place) {
+  for (const auto &[key, value] : as_object(object, place).items()) {
+    const std::string key_place = fmt::format("{}.{}", place, key);
+    store_field(value, field_named(fields, key, key_place), record, key_place);
+  }
+}
+
 void append_record(std::vector<uint8_t> &file, const Json &object, const Kind &kind, const std::string &place) {
   file.resize(file.size() + kind.record_size);
   const std::span<uint8_t> record = std::span(file).last(kind.record_size);
-  const auto store = [&](const std::string &key, const Json &value) {
-    const std::string key_place = fmt::format("{}.{}", place, key);
-    store_field(value, field_named(fields_of(kind, record), key, key_place), record, key_place);
-  };
   // First the flag that decides which other fields there are.
-  as_object(object, place);
-  if (kind.variant && object.contains(kind.variant->flag.name))
-    store(kind.variant->flag.name, object[kind.variant->flag.name]);
-  for (const auto &[key, value] : object.items()) store(key, value);
+  if (kind.variant && as_object(object, place).contains(kind.variant->flag.name))
+    store_field(object[kind.variant->flag.name], kind.variant->flag, record,
+                fmt::format("{}.{}", place, kind.variant->flag.name));
+  store_object(object, fields_of(kind, record), record, place);
 }
 
 void append_records(std::vector<uint8_t> &file, const Json &list, const Kind &kind, const std::string &place) {
@@ -117,6 +135,7 @@ std::vector<StoreContent> parse_inventory(const std::string &json_text) {
     const auto kind =
         std::find_if(kinds().begin(), kinds().end(), [&, &name = key](const Kind &one) { return one.name == name; });
     if (kind == kinds().end()) refuse(key, "is not a kind of device");
+    if (kind->store_path.empty()) refuse(key, "has no store file");
     stores.push_back(parse_store(*kind, value, key));
   }
   return stores;

@@ -8,6 +8,7 @@
 #include "records/nvme_ctlr_record.h"
 #include "records/nvme_drive_record.h"
 #include "records/physical_drive_record.h"
+#include "records/virtual_drive_record.h"
 
 namespace mcstore {
 namespace {
@@ -86,6 +87,71 @@ Kind bbus() {
   };
 }
 
+Kind virtual_drives() {
+  return {
+      .name = "virtual-drives",
+      .title = "Virtual drives",
+      .full_entry_point = "mc_get_store_virtdrives",
+      .delta_entry_point = "mc_delta_store_virtdrives",
+      .lock_path = kStorageLock,
+      .store_path = "/var/storvirtdrive_info",
+      .store_header = {},
+      .record_size = sizeof(StorVirtDriveInfo),
+      .fields = records::kVirtualDrive,
+      .variant = {},
+      .layout = BinaryLayout{.header_size = sizeof(VirtDriveReplyHeader),
+                             .count = FIELD(VirtDriveReplyHeader, count, mcserver::kUnprinted),
+                             .record_size = FIELD(VirtDriveReplyHeader, record_size, mcserver::kUnprinted),
+                             .state = {}},
+      .identity = {"guid"},
+      .label = "name",
+      .gone_field = "status",
+      .gone_text = "6",
+  };
+}
+
+// They have neither a store file nor a known record: there is only the reply of a simulation.
+Kind expanders() {
+  using mcserver::ByteOrder;
+  using mcserver::FieldType;
+  static constexpr Field kData[] = {{.name = "data",
+                                     .offset = 0,
+                                     .width = 84,
+                                     .type = FieldType::kBytes,
+                                     .label = "%s",
+                                     .order = ByteOrder::kAsStored}};
+  return {
+      .name = "expanders",
+      .title = "SAS expanders",
+      .full_entry_point = "mc_get_store_sasexpanders",
+      .delta_entry_point = "mc_delta_store_sasexpanders",
+      .lock_path = kStorageLock,
+      .store_path = {},
+      .store_header = {},
+      .record_size = kData[0].width,
+      .fields = kData,
+      .variant = {},
+      .layout = BinaryLayout{.header_size = 16,
+                             .count = {.name = "count",
+                                       .offset = 2,
+                                       .width = 1,
+                                       .type = FieldType::kUnsigned,
+                                       .label = nullptr,
+                                       .order = ByteOrder::kAsStored},
+                             .record_size = {.name = "record_size",
+                                             .offset = 3,
+                                             .width = 4,
+                                             .type = FieldType::kUnsigned,
+                                             .label = nullptr,
+                                             .order = ByteOrder::kNetwork},
+                             .state = {}},
+      .identity = {"data"},
+      .label = "data",
+      .gone_field = {},
+      .gone_text = {},
+  };
+}
+
 Kind nvme_controllers() {
   return {
       .name = "nvme-controllers",
@@ -133,7 +199,8 @@ std::span<const Field> fields_of(const Kind &kind, std::span<const uint8_t> reco
 }
 
 const std::vector<Kind> &kinds() {
-  static const std::vector<Kind> all = {controllers(), drives(), bbus(), nvme_controllers(), nvme_drives()};
+  static const std::vector<Kind> all = {controllers(), drives(),           virtual_drives(), bbus(),
+                                        expanders(),   nvme_controllers(), nvme_drives()};
   return all;
 }
 

@@ -1,125 +1,19 @@
 // mcstore: a host for the plug-in on the command line.
 
 #include <fmt/format.h>
-#include <sys/ioctl.h>
-#include <unistd.h>
+#include <fmt/ranges.h>
 
 #include <CLI/CLI.hpp>
-#include <cerrno>
-#include <chrono>
 #include <cstdio>
-#include <fstream>
-#include <iterator>
 #include <string>
-#include <system_error>
-#include <thread>
+#include <vector>
 
-#include "mcstore/collector.h"
-#include "mcstore/format.h"
-#include "mcstore/inventory.h"
+#include "mcstore/commands.h"
 #include "mcstore/kind.h"
-#include "mcstore/reply.h"
-#include "mcstore/session.h"
-#include "mcstore/watch.h"
+#include "mcstore/reply_memory.h"
 
 namespace mcstore {
 namespace {
-
-constexpr int kSuccess = 0;
-constexpr int kFailure = 1;
-constexpr int kUsage = 2;
-constexpr size_t kDefaultWidth = 120;
-
-struct GetOptions {
-  std::string kind;
-  std::string format = "table";
-};
-
-struct WatchOptions {
-  std::string kind;
-  double interval = 5;
-  uint64_t count = 0;
-};
-
-struct CollectOptions {
-  std::string inventory;
-  std::string root;
-  std::string at;
-};
-
-void print(const std::string &text) {
-  const bool written = fwrite(text.data(), 1, text.size(), stdout) == text.size() && fflush(stdout) == 0;
-  if (!written) throw std::system_error(errno, std::generic_category(), "cannot write to standard output");
-}
-
-int complain(const std::string &message, int exit_code) {
-  fprintf(stderr, "mcstore: %s\n", message.c_str());
-  return exit_code;
-}
-
-size_t terminal_width() {
-  struct winsize size = {};
-  return ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : kDefaultWidth;
-}
-
-// Bytes are shown as they came, and so is a reply that cannot be shown otherwise.
-int get(const SessionOptions &session_options, const GetOptions &options) {
-  const Kind &kind = kind_named(options.kind);
-  if (options.format == "xml" && kind.layout)
-    return complain(fmt::format("--format: {} are not reported in XML", options.kind), kUsage);
-
-  Session session(session_options);
-  const std::string bytes = session.call(std::string(kind.full_entry_point));
-  if (options.format == "xml" || options.format == "hex") {
-    print(options.format == "xml" ? bytes + '\n' : format_hex(bytes));
-    return kSuccess;
-  }
-  try {
-    const Reply reply = parse_reply(kind, bytes);
-    print(options.format == "json" ? format_json(kind, reply) : format_table(kind, reply, terminal_width()));
-    return kSuccess;
-  } catch (const MalformedReply &error) {
-    print(kind.layout ? format_hex(bytes) : bytes + '\n');
-    return complain(error.what(), kFailure);
-  }
-}
-
-// A failing call is told and counted, but does not end the watch: the collector may only be late.
-int watch(const SessionOptions &session_options, const WatchOptions &options) {
-  const Kind &kind = kind_named(options.kind);
-  Session session(session_options);
-  Watcher watcher(kind);
-  int exit_code = kSuccess;
-  for (uint64_t call = 1; options.count == 0 || call <= options.count; ++call) {
-    if (call > 1) std::this_thread::sleep_for(std::chrono::duration<double>(options.interval));
-    try {
-      const Reply reply = parse_reply(kind, session.call(std::string(kind.delta_entry_point)));
-      print(fmt::format("call {}: {}", call, watcher.report(reply)));
-    } catch (const std::runtime_error &failure) {
-      exit_code = complain(fmt::format("call {}: {}", call, failure.what()), kFailure);
-    }
-  }
-  return exit_code;
-}
-
-int collect(const CollectOptions &options) {
-  std::optional<time_t> modified;
-  if (!options.at.empty()) {
-    modified = parse_time(options.at);
-    if (!modified)
-      return complain("--at: '" + options.at + "' is neither seconds since 1970 nor an ISO 8601 time", kUsage);
-  }
-  std::ifstream file(options.inventory, std::ios::binary);
-  const std::string text{std::istreambuf_iterator<char>(file), {}};
-  if (!file) return complain("cannot read " + options.inventory, kUsage);
-
-  try {
-    write_stores(parse_inventory(text), options.root, modified);
-  } catch (const InventoryError &error) {
-    return complain(options.inventory + ": " + error.what(), kUsage);
-  }
-  return kSuccess;
-}
 
 void add_session_options(CLI::App &command, SessionOptions &options) {
   command.add_option("--root", options.root, "Take the plug-in's files (/var/...) from below this directory")
@@ -136,13 +30,10 @@ void add_session_options(CLI::App &command, SessionOptions &options) {
       ->capture_default_str();
 }
 
-void add_kind(CLI::App &command, std::string &kind) {
-  std::vector<std::string> names;
+CLI::Option *add_kind(CLI::App &command, std::string &kind) {
+  std::vector<std::string> names = {kAllKinds};
   for (const Kind &one : kinds()) names.emplace_back(one.name);
-  command.add_option("KIND", kind, "The kind of device: " + fmt::format("{}", fmt::join(names, ", ")))
-      ->required()
-      ->type_name("")
-      ->check(CLI::IsMember(names));
+  return command.add_option("KIND", kind, "What to show")->type_name("")->check(CLI::IsMember(names));
 }
 
 int run(int argc, char **argv) {
@@ -154,7 +45,7 @@ int run(int argc, char **argv) {
   SessionOptions session;
   GetOptions get_options;
   CLI::App &get_command = *app.add_subcommand("get", "Show the full inventory of a kind");
-  add_kind(get_command, get_options.kind);
+  add_kind(get_command, get_options.kind)->required();
   get_command
       .add_option("--format", get_options.format,
                   "How to show it: table, json, hex (the reply's bytes) or xml (NVMe's own)")
@@ -165,7 +56,7 @@ int run(int argc, char **argv) {
 
   WatchOptions watch_options;
   CLI::App &watch_command = *app.add_subcommand("watch", "Keep asking what changed: new, modified and gone devices");
-  add_kind(watch_command, watch_options.kind);
+  add_kind(watch_command, watch_options.kind)->capture_default_str();
   watch_command.add_option("--interval", watch_options.interval, "Seconds between two calls")
       ->type_name("S")
       ->check(CLI::NonNegativeNumber)

@@ -41,7 +41,7 @@ const char *meaning(int32_t status) {
 }  // namespace
 
 PluginFailure::PluginFailure(const std::string &entry_point, int32_t status)
-    : std::runtime_error(fmt::format("{} returned {}: {}", entry_point, status, meaning(status))) {}
+    : std::runtime_error(fmt::format("{} returned {}: {}", entry_point, status, meaning(status))), status_(status) {}
 
 Session::Session(const SessionOptions &options)
     : options_(options),

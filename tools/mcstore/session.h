@@ -22,6 +22,11 @@ struct SessionOptions {
 class PluginFailure : public std::runtime_error {
  public:
   PluginFailure(const std::string &entry_point, int32_t status);
+
+  int32_t status() const { return status_; }
+
+ private:
+  int32_t status_;
 };
 
 class Session : private host::LibcWatcher {

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <string_view>
+#include <vector>
 
 #include "mcstore/unit.h"
 
@@ -28,6 +29,14 @@ std::string text_at(std::span<const uint8_t> record, const Field &field) {
   return {bytes.begin(), std::find(bytes.begin(), bytes.end(), uint8_t{0})};
 }
 
+// The first `count` entries of an array, as far as there are so many.
+std::vector<std::span<const uint8_t>> entries_of(std::span<const uint8_t> record, const Field &field, size_t count) {
+  const size_t size = field.entries->size;
+  std::vector<std::span<const uint8_t>> list(std::min(count, field.width / size));
+  for (size_t i = 0; i < list.size(); ++i) list[i] = bytes_of(record, field).subspan(i * size, size);
+  return list;
+}
+
 std::string hex_digits(std::span<const uint8_t> bytes) { return fmt::format("{:02x}", fmt::join(bytes, "")); }
 
 }  // namespace
@@ -46,7 +55,8 @@ std::string printable(const std::string &text) {
 
 bool is_hexadecimal(const Field &field) {
   const std::string_view label = field.label ? field.label : "";
-  return label.find("%x") != label.npos || label.find("%llx") != label.npos;
+  const bool is_decimal = label.find("%d") != label.npos || label.find("%lld") != label.npos;
+  return !is_decimal && (label.find("%x") != label.npos || label.find("%llx") != label.npos);
 }
 
 uint64_t number_at(std::span<const uint8_t> record, const Field &field, Endian endian) {
@@ -94,6 +104,28 @@ std::string cell_text(std::span<const uint8_t> record, const Field &field, Endia
       return is_hexadecimal(field) ? fmt::format("{:#x}", number) : fmt::format("{}", number);
     }
   }
+}
+
+Json json_entries(std::span<const uint8_t> record, const Field &field, size_t count, Endian endian) {
+  Json list = Json::array();
+  for (const auto entry : entries_of(record, field, count)) {
+    Json object = Json::object();
+    for (const Field &part : field.entries->fields) object[part.name] = json_value(entry, part, endian);
+    list.push_back(std::move(object));
+  }
+  return list;
+}
+
+std::string entries_text(std::span<const uint8_t> record, const Field &field, size_t count, Endian endian) {
+  constexpr size_t kMostShown = 8;
+  std::vector<std::string> texts;
+  for (const auto entry : entries_of(record, field, std::min(count, kMostShown))) {
+    std::vector<std::string> parts;
+    for (const Field &part : field.entries->fields) parts.push_back(cell_text(entry, part, endian));
+    texts.push_back(fmt::format("{}", fmt::join(parts, "/")));
+  }
+  if (count > texts.size()) texts.push_back(fmt::format("... {} in all", count));
+  return fmt::format("{}", fmt::join(texts, ", "));
 }
 
 std::string dump_json(const Json &json) { return json.dump(2, ' ', false, Json::error_handler_t::replace); }

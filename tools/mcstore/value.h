@@ -26,6 +26,11 @@ Json json_value(std::span<const uint8_t> record, const Field &field, Endian endi
 // people use, nothing that disturbs a terminal.
 std::string cell_text(std::span<const uint8_t> record, const Field &field, Endian endian);
 
+// The first `count` entries of an array, each an object, or its values with slashes between them. A cell has the first
+// few of them alone.
+Json json_entries(std::span<const uint8_t> record, const Field &field, size_t count, Endian endian);
+std::string entries_text(std::span<const uint8_t> record, const Field &field, size_t count, Endian endian);
+
 // Text without what would disturb a terminal: other bytes than printable ASCII become \x1b and the like.
 std::string printable(const std::string &text);
 

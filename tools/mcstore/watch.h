@@ -14,6 +14,8 @@ class Watcher {
  public:
   explicit Watcher(const Kind &kind) : kind_(kind) {}
 
+  const Kind &kind() const { return kind_; }
+
   // What the reply to the next delta call means, in lines of text.
   std::string report(const Reply &reply);
 

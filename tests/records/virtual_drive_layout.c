@@ -1,0 +1,75 @@
+#include "records/layout.h"
+
+AT(StorVirtDriveInfo, controller_index, 0, 1);
+AT(StorVirtDriveInfo, target_id, 1, 1);
+AT(StorVirtDriveInfo, guid, 2, 33);
+AT(StorVirtDriveInfo, name, 35, 16);
+AT(StorVirtDriveInfo, status, 51, 1);
+AT(StorVirtDriveInfo, size, 52, 8);
+AT(StorVirtDriveInfo, raid_level, 60, 2);
+AT(StorVirtDriveInfo, strip_size, 62, 4);
+AT(StorVirtDriveInfo, drives_per_span, 66, 1);
+AT(StorVirtDriveInfo, span_depth, 67, 1);
+AT(StorVirtDriveInfo, access_policy, 68, 1);
+AT(StorVirtDriveInfo, io_policy, 69, 1);
+AT(StorVirtDriveInfo, read_ahead_policy, 70, 1);
+AT(StorVirtDriveInfo, current_write_cache_policy, 71, 1);
+AT(StorVirtDriveInfo, requested_write_cache_policy, 72, 1);
+AT(StorVirtDriveInfo, drive_cache_policy, 73, 1);
+AT(StorVirtDriveInfo, allow_background_init, 74, 1);
+AT(StorVirtDriveInfo, auto_snapshot, 75, 1);
+AT(StorVirtDriveInfo, auto_delete_oldest, 76, 1);
+AT(StorVirtDriveInfo, num_physical_drives, 77, 1);
+AT(StorVirtDriveInfo, pd, 78, 16);
+AT(StorVirtDriveInfo, num_hot_spares, 94, 1);
+AT(StorVirtDriveInfo, hot_spares, 95, 5120);
+AT(StorVirtDriveInfo, remaining_space, 5215, 8);
+AT(StorVirtDriveInfo, reconstruction_status, 5223, 1);
+AT(StorVirtDriveInfo, reconstruction_percent_complete, 5224, 1);
+AT(StorVirtDriveInfo, reconstruction_start_timestamp, 5225, 4);
+AT(StorVirtDriveInfo, reconstruction_end_timestamp, 5229, 4);
+AT(StorVirtDriveInfo, consistency_check_status, 5233, 1);
+AT(StorVirtDriveInfo, consistency_check_percent_complete, 5234, 1);
+AT(StorVirtDriveInfo, consistency_check_start_timestamp, 5235, 4);
+AT(StorVirtDriveInfo, consistency_check_end_timestamp, 5239, 4);
+AT(StorVirtDriveInfo, init_status, 5243, 1);
+AT(StorVirtDriveInfo, init_percent_complete, 5244, 1);
+AT(StorVirtDriveInfo, init_start_timestamp, 5245, 4);
+AT(StorVirtDriveInfo, init_end_timestamp, 5249, 4);
+AT(StorVirtDriveInfo, boot_drive, 5253, 1);
+AT(StorVirtDriveInfo, mod_timestamp, 5254, 4);
+AT(StorVirtDriveInfo, pd_v5, 5258, 512);
+AT(StorVirtDriveInfo, start_block_v12, 5770, 8);
+AT(StorVirtDriveInfo, span_block_count_v12, 5778, 8);
+AT(StorVirtDriveInfo, smallest_pd_block_count_v12, 5786, 8);
+AT(StorVirtDriveInfo, pd_block_size_v12, 5794, 4);
+AT(StorVirtDriveInfo, vd_sed_state, 5798, 1);
+_Static_assert(sizeof(StorVirtDriveInfo) == 5799, "a virtual drive record has 5799 bytes");
+
+AT(VdDriveRef, controller_index, 0, 1);
+AT(VdDriveRef, slot_number, 1, 1);
+_Static_assert(sizeof(VdDriveRef) == 2, "a member drive has 2 bytes");
+
+AT(VdHotSpare, controller_index, 0, 1);
+AT(VdHotSpare, slot_number, 1, 1);
+AT(VdHotSpare, span, 2, 1);
+AT(VdHotSpare, starting_block, 3, 8);
+AT(VdHotSpare, number_of_blocks, 11, 8);
+AT(VdHotSpare, hot_spare_tail_byte, 19, 1);
+_Static_assert(sizeof(VdHotSpare) == 20, "a hot spare has 20 bytes");
+
+AT(VdSummary, controller_index, 0, 1);
+AT(VdSummary, target_id, 1, 1);
+AT(VdSummary, guid, 2, 33);
+AT(VdSummary, name, 35, 16);
+AT(VdSummary, mod_timestamp, 52, 4);
+_Static_assert(sizeof(VdSummary) == 56, "lists are allocated in entries of 56 bytes");
+
+AT(VirtDriveReplyHeader, type, 0, 1);
+AT(VirtDriveReplyHeader, zero_1, 1, 1);
+AT(VirtDriveReplyHeader, eight, 2, 1);
+AT(VirtDriveReplyHeader, count, 3, 1);
+AT(VirtDriveReplyHeader, record_size, 4, 4);
+AT(VirtDriveReplyHeader, zero_2, 8, 1);
+AT(VirtDriveReplyHeader, unwritten, 9, 8);
+_Static_assert(sizeof(VirtDriveReplyHeader) == 17, "the records begin at byte 17");

@@ -1,0 +1,39 @@
+// What the tool does, once the command line is understood. Each command returns the program's exit code.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "mcstore/session.h"
+
+namespace mcstore {
+
+inline constexpr int kSuccess = 0;
+inline constexpr int kFailure = 1;
+inline constexpr int kUsage = 2;
+
+// Instead of a kind's name: every kind, one after the other.
+inline constexpr char kAllKinds[] = "all";
+
+struct GetOptions {
+  std::string kind;
+  std::string format = "table";
+};
+
+struct WatchOptions {
+  std::string kind = kAllKinds;
+  double interval = 5;
+  uint64_t count = 0;  // of calls; 0 never ends
+};
+
+struct CollectOptions {
+  std::string inventory;
+  std::string root;
+  std::string at;  // as parse_time() takes it; empty for now
+};
+
+int get(const SessionOptions &session_options, const GetOptions &options);
+int watch(const SessionOptions &session_options, const WatchOptions &options);
+int collect(const CollectOptions &options);
+
+}  // namespace mcstore
