@@ -17,13 +17,6 @@ using testing::AnyOf;
 using testing::Combine;
 using testing::Values;
 
-enum class Mode { kFirstFull, kFirstDelta, kFull, kDelta };
-
-void PrintTo(Mode mode, std::ostream *out) {
-  constexpr const char *kNames[] = {"first full", "first delta", "full", "delta"};
-  *out << kNames[static_cast<size_t>(mode)];
-}
-
 class Scene : public SweepScene<VirtualDriveTest> {
  public:
   explicit Scene(Mode mode) : mode_(mode) {
@@ -31,7 +24,7 @@ class Scene : public SweepScene<VirtualDriveTest> {
     files.write_text("/var/mctool_vddebug", "");
     trace_at(3);
     // Lists of one entry, so that they must be enlarged.
-    if (mode == Mode::kFull || mode == Mode::kDelta) {
+    if (!is_first(mode)) {
       store({volume(0)});
       full();
     }
@@ -42,7 +35,7 @@ class Scene : public SweepScene<VirtualDriveTest> {
   bool disturb(const Failure &failure, int nth, Extent extent) {
     const CallOptions options = {.size = 16, .growth = {Growth::kMove}};
     return disturb_during(failure, nth, extent, [&] {
-      const Reply reply = mode_ == Mode::kDelta || mode_ == Mode::kFirstDelta ? delta(options) : full(options);
+      const Reply reply = is_delta(mode_) ? delta(options) : full(options);
 
       EXPECT_THAT(reply.status, AnyOf(0, -35, -37));
       EXPECT_EQ(reply.length, reply.status == 0 && reply.length != 0 ? length_of(reply.buffer[3]) : 0u);

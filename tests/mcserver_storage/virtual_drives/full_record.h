@@ -20,21 +20,21 @@ struct HotSpareBytes {
   }
 };
 
-// Two of them count, and entries beyond these two hold something, too.
+// Two of the 256 count; the third and the last hold something, too.
 inline Bytes full_hot_spares(Bytes::Order order) {
   const HotSpareBytes beyond = {161, 162, 163, 0xA135657500112206, 0xA236667600112207, 164};
-  return Bytes::repeated(256 * 20, 0)
+  return Bytes::repeated(5120, 0)
       .put(0, HotSpareBytes{149, 150, 151, 0x8232627200112202, 0x8333637300112203, 152}.in(order))
       .put(20, HotSpareBytes{153, 154, 155, 0x8434647400112204, 0x8535657500112205, 156}.in(order))
       .put(40, beyond.in(Bytes::Order::kLittle))
-      .put(255 * 20, beyond.in(Bytes::Order::kLittle));
+      .put(5100, beyond.in(Bytes::Order::kLittle));
 }
 
-// The second layout of the member drives; three count, as in the first.
+// The second layout of the member drives: 256, of which three count, as in the first.
 inline Bytes full_members_v5() {
-  return Bytes::repeated(256 * 2, 0)
+  return Bytes::repeated(512, 0)
       .put(0, Bytes().u8(165).u8(166).u8(167).u8(168).u8(169).u8(170).u8(171).u8(172))
-      .put(255 * 2, Bytes().u8(173).u8(174));
+      .put(510, Bytes().u8(173).u8(174));
 }
 
 // No number is the same backwards, and most would come out negative if they were taken for signed ones.
