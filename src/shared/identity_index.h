@@ -21,6 +21,12 @@ const Entry *first_of(std::span<const Entry> entries, const Device &device) {
   return found == entries.end() ? nullptr : &*found;
 }
 
+// Is a device with this time stamp new, or another than its entry remembers? `known` is null for one without an entry.
+template <typename Entry, typename Stamp>
+bool is_new_or_modified(const Entry *known, Stamp stamp) {
+  return !known || known->mod_timestamp != stamp;
+}
+
 // Gives the answers of first_of(), from the places of the entries in the order of their identities. That is sorted, not
 // hashed, because a file cannot be made to slow it down. `Identity::compare` is less than, equal to or greater than 0
 // like strcmp, for any two of the kind's records and summary entries.

@@ -76,16 +76,12 @@ struct Identity {
 };
 using Index = IdentityIndex<Identity, NvmeCtlrSummary>;
 
-bool is_new_or_modified(const NvmeCtlrInfo &record, const NvmeCtlrSummary *known) {
-  return !known || known->mod_timestamp != record.mod_timestamp;
-}
-
 }  // namespace
 
 EXPORTED int32_t new_nvme_ctlr_or_modified(const NvmeCtlrInfo *record, const NvmeCtlrSummary *cached_list,
                                            uint16_t cached_count) {
   if (!record || !cached_list) return 0;
-  return is_new_or_modified(*record, first_of<Identity>(std::span(cached_list, cached_count), *record));
+  return is_new_or_modified(first_of<Identity>(std::span(cached_list, cached_count), *record), record->mod_timestamp);
 }
 
 EXPORTED void add_deleted_nvme_ctlrs(uint8_t *image, uint16_t cur_count, const NvmeCtlrSummary *cur_list,
@@ -153,7 +149,7 @@ EXPORTED int32_t get_nvme_controller_info(void *ctx, uint8_t *reply, uint32_t re
     // The time stamp is not remembered, and stays 0.
     NvmeCtlrSummary &entry = lists.add();
     memcpy(entry.controller_name, record->controller_name, sizeof entry.controller_name);
-    if (event && !is_new_or_modified(*record, known.find(*record))) continue;
+    if (event && !is_new_or_modified(known.find(*record), record->mod_timestamp)) continue;
 
     if (state_changed)
       SYSTEM_LOG(kNvmeSource, 743, "NVME subsystem state changed, controller_name=%s, modTimestamp=%d\n",

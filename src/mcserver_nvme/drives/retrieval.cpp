@@ -90,16 +90,12 @@ struct Identity {
 };
 using Index = IdentityIndex<Identity, NvmeDriveSummary>;
 
-bool is_new_or_modified(const NvmePhyDriveInfo &record, const NvmeDriveSummary *known) {
-  return !known || known->mod_timestamp != record.mod_timestamp;
-}
-
 }  // namespace
 
 EXPORTED int32_t new_nvme_drive_or_modified(const NvmePhyDriveInfo *record, const NvmeDriveSummary *cached_list,
                                             uint16_t cached_count) {
   if (!record || !cached_list) return 0;
-  return is_new_or_modified(*record, first_of<Identity>(std::span(cached_list, cached_count), *record));
+  return is_new_or_modified(first_of<Identity>(std::span(cached_list, cached_count), *record), record->mod_timestamp);
 }
 
 EXPORTED void add_deleted_nvme_drives(uint8_t *image, uint16_t cur_count, const NvmeDriveSummary *cur_list,
@@ -164,7 +160,7 @@ EXPORTED int32_t get_nvme_phy_drive_info(void *ctx, uint8_t *reply, uint32_t rep
       break;
     }
     summarize(*record, lists.add());
-    if (event && !is_new_or_modified(*record, known.find(*record))) continue;
+    if (event && !is_new_or_modified(known.find(*record), record->mod_timestamp)) continue;
 
     if (state_changed) SYSTEM_LOG(kNvmeSource, 539, "NVME subsystem state changed");
     header_of(image.bytes())->count++;

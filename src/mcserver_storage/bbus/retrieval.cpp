@@ -64,10 +64,6 @@ struct Identity {
 };
 using Index = IdentityIndex<Identity, BbuSummary>;
 
-bool is_new_or_modified(const StorBbuInfo &record, const BbuSummary *known) {
-  return !known || known->mod_timestamp != record.modified_timestamp;
-}
-
 std::span<const Field> table_of(const StorBbuInfo &record) {
   return record.capacitor ? std::span<const Field>(records::kBbuCapacitor) : records::kBbuBattery;
 }
@@ -76,7 +72,8 @@ std::span<const Field> table_of(const StorBbuInfo &record) {
 
 EXPORTED int32_t new_bbu_or_modified(const StorBbuInfo *record, const BbuSummary *cached_list, uint16_t cached_count) {
   if (!record || !cached_list) return 0;
-  return is_new_or_modified(*record, first_of<Identity>(std::span(cached_list, cached_count), *record));
+  return is_new_or_modified(first_of<Identity>(std::span(cached_list, cached_count), *record),
+                            record->modified_timestamp);
 }
 
 EXPORTED int32_t get_store_bbu(void *ctx, uint8_t *buf, uint32_t bufsize, uint32_t *len, int32_t delta) {
@@ -119,7 +116,7 @@ EXPORTED int32_t get_store_bbu(void *ctx, uint8_t *buf, uint32_t bufsize, uint32
     }
     print_bbuInfo(record, nullptr);
     summarize(*record, lists.add());
-    if (delta == kDelta && !is_new_or_modified(*record, known.find(*record))) continue;
+    if (delta == kDelta && !is_new_or_modified(known.find(*record), record->modified_timestamp)) continue;
 
     to_network_order(table_of(*record), record);
     read_tarvo_tfm_vpd(record, header->count);

@@ -99,10 +99,6 @@ struct Identity {
 };
 using Index = IdentityIndex<Identity, CtlrSummary>;
 
-bool is_new_or_modified(const StorCtlrInfo &record, const CtlrSummary *known) {
-  return !known || known->mod_timestamp != record.mod_timestamp;
-}
-
 bool is_gone(const CtlrSummary &cached, const Index &cur) {
   const bool is_known = cached.serial_number[0] != '\0' && cached.vendor_id != 0 && cached.device_id != 0 &&
                         cached.subvendor_id != 0 && cached.subdevice_id != 0;
@@ -131,7 +127,7 @@ bool make_room_for_gone(ReplyBuffer &reply, uint32_t reported, std::span<const C
 EXPORTED int32_t new_ctlr_or_modified(const StorCtlrInfo *record, const CtlrSummary *cached_list,
                                       uint16_t cached_count) {
   if (!record || !cached_list) return 0;
-  return is_new_or_modified(*record, first_of<Identity>(std::span(cached_list, cached_count), *record));
+  return is_new_or_modified(first_of<Identity>(std::span(cached_list, cached_count), *record), record->mod_timestamp);
 }
 
 EXPORTED void add_deleted_ctlrs(uint8_t *reply, uint16_t cur_count, const CtlrSummary *cur_list, uint16_t cached_count,
@@ -193,7 +189,7 @@ EXPORTED int32_t get_store_ctrls(void *ctx, uint8_t *buf, uint32_t bufsize, uint
     }
     print_ctlrinfo(record, nullptr);
     summarize(*record, lists.add());
-    if (delta && !is_new_or_modified(*record, known.find(*record))) continue;
+    if (delta && !is_new_or_modified(known.find(*record), record->mod_timestamp)) continue;
 
     if (state_changed)
       SYSTEM_LOG(kStorageSource, 989, "Storage subsystem state changed, ctlr_index=%d, modTimestamp=%d\n",

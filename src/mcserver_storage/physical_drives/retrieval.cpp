@@ -83,10 +83,6 @@ struct Identity {
 };
 using Index = IdentityIndex<Identity, PhyDriveSummary>;
 
-bool is_new_or_modified(const StorPhyDriveInfo &record, const PhyDriveSummary *known) {
-  return !known || known->mod_timestamp != record.mod_timestamp;
-}
-
 uint32_t count_gone(const Index &cur, std::span<const PhyDriveSummary> cached) {
   return static_cast<uint32_t>(
       std::count_if(cached.begin(), cached.end(), [&](const PhyDriveSummary &entry) { return !cur.find(entry); }));
@@ -108,7 +104,7 @@ bool make_room_for_gone(ReplyBuffer &reply, uint32_t reported, std::span<const P
 EXPORTED int32_t new_drive_or_modified(const StorPhyDriveInfo *record, const PhyDriveSummary *cached_list,
                                        uint16_t cached_count) {
   if (!record || !cached_list) return 0;
-  return is_new_or_modified(*record, first_of<Identity>(std::span(cached_list, cached_count), *record));
+  return is_new_or_modified(first_of<Identity>(std::span(cached_list, cached_count), *record), record->mod_timestamp);
 }
 
 EXPORTED void add_deleted_drives(uint8_t *reply, uint16_t cur_count, const PhyDriveSummary *cur_list,
@@ -167,7 +163,7 @@ EXPORTED int32_t get_store_phydrives(void *ctx, uint8_t *buf, uint32_t bufsize, 
     if (!record) break;
     print_pdinfo(record, nullptr);
     summarize(*record, lists.add());
-    if (delta == kDelta && !is_new_or_modified(*record, known.find(*record))) continue;
+    if (delta == kDelta && !is_new_or_modified(known.find(*record), record->mod_timestamp)) continue;
 
     to_network_order(records::kPhysicalDrive, record);
     header_of(reply.bytes())->count = ++count;

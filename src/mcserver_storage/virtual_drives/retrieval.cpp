@@ -81,10 +81,6 @@ struct Identity {
 };
 using Index = IdentityIndex<Identity, VdSummary>;
 
-bool is_new_or_modified(const StorVirtDriveInfo &record, const VdSummary *known) {
-  return !known || known->mod_timestamp != record.mod_timestamp;
-}
-
 // What is converted before a record is compared, and what only when it is reported. The time stamp that decides is
 // among the first, so that it is compared in the reply's order with the file's: hosts rely on hearing of every drive
 // again whenever the file was written.
@@ -131,7 +127,7 @@ void append_gone(const VdSummary &entry, uint8_t *reply) {
 EXPORTED int32_t new_virtdrive_or_modified(const StorVirtDriveInfo *record, const VdSummary *cached_list,
                                            uint16_t cached_count) {
   if (!record || !cached_list) return 0;
-  return is_new_or_modified(*record, first_of<Identity>(std::span(cached_list, cached_count), *record));
+  return is_new_or_modified(first_of<Identity>(std::span(cached_list, cached_count), *record), record->mod_timestamp);
 }
 
 EXPORTED uint16_t find_deleted_virtdrives(uint8_t *reply, uint16_t cur_count, const VdSummary *cur_list,
@@ -200,7 +196,7 @@ EXPORTED int32_t get_store_virtdrives(void *ctx, uint8_t *buf, uint32_t bufsize,
     if (!lists.exist()) break;
     print_vdinfo(record, nullptr);
     to_network_order(kConvertedFirst, record);
-    if (delta == kDelta && !is_new_or_modified(*record, known.find(*record))) continue;
+    if (delta == kDelta && !is_new_or_modified(known.find(*record), record->mod_timestamp)) continue;
 
     if (is_all_zeros(record->guid))
       SYSTEM_LOG(kStorageSource, 1935, "guidAllZeroes: ctlrIdx=%d, targetId=%d, guid=%s\n", record->controller_index,
