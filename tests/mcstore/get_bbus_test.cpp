@@ -11,7 +11,6 @@ namespace tests {
 namespace {
 
 using testing::HasSubstr;
-using testing::Not;
 using testing::StartsWith;
 using Json = nlohmann::ordered_json;
 

@@ -7,7 +7,6 @@
 namespace tests {
 namespace {
 
-using testing::IsEmpty;
 
 class DriveDelta : public DriveTest {};
 

@@ -7,7 +7,6 @@
 namespace tests {
 namespace {
 
-using testing::Contains;
 using testing::EndsWith;
 using testing::HasSubstr;
 using testing::Not;

@@ -9,7 +9,6 @@ namespace tests {
 namespace {
 
 using testing::Contains;
-using testing::ElementsAre;
 using testing::IsEmpty;
 
 class FullDriveInventory : public DriveTest {};

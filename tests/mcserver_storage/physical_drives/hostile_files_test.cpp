@@ -10,7 +10,6 @@ namespace tests {
 namespace {
 
 using testing::Combine;
-using testing::IsEmpty;
 using testing::Values;
 
 class HostileDriveFiles : public DriveTest {
