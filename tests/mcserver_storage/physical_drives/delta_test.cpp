@@ -7,7 +7,6 @@
 namespace tests {
 namespace {
 
-
 class DriveDelta : public DriveTest {};
 
 TEST_F(DriveDelta, TheFirstReportsEveryDriveAndNoneAsGone) {

@@ -7,7 +7,6 @@
 namespace tests {
 namespace {
 
-
 class DriveLists : public DriveTest {
  protected:
   auto allocations() const { return number_of_calls("calloc") + number_of_calls("realloc"); }
