@@ -45,7 +45,7 @@ struct Field {
   size_t offset;
   size_t width;
   FieldType type;
-  const char *label;  // the line of a text dump, with one printf conversion; null for a field that is not printed
+  const char *label;  // the line of a text dump, with a printf conversion; null for a field that is not printed
   ByteOrder order;
   Unit unit = Unit::kNone;
   const EntryTable *entries = nullptr;

@@ -36,10 +36,10 @@ constinit Baseline baseline;
 // Makes room for every record of the file. The host is asked for as many more as the previous call left, but whatever
 // holds the file's own records will do: what it grants, or the old buffer, when that stayed where it was.
 bool make_room_for_file(ReplyBuffer &reply, uint64_t file_size) {
-  const uint64_t needed = file_size + kHeaderSize;
+  const uint64_t needed = file_size + Layout::kHeaderSize;
   if (needed > UINT32_MAX) return false;
 
-  const uint32_t wanted = static_cast<uint32_t>(needed) + baseline.lists.cached_count() * kRecordSize;
+  const uint32_t wanted = static_cast<uint32_t>(needed) + baseline.lists.cached_count() * Layout::kRecordSize;
   if (wanted <= reply.size()) return reply.size() >= needed;
 
   const ReplyBuffer before = reply;
@@ -90,7 +90,7 @@ EXPORTED int32_t get_store_bbu(void *ctx, uint8_t *buf, uint32_t bufsize, uint32
   if (!make_room_for_file(reply, store.size())) return MC_STORE_REPLY_TOO_LARGE;
 
   SummaryLists<BbuSummary, uint16_t> &lists = baseline.lists;
-  switch (lists.reserve(static_cast<uint32_t>(store.size()) / kRecordSize)) {
+  switch (lists.reserve(static_cast<uint32_t>(store.size()) / Layout::kRecordSize)) {
     case ListSizing::kCurFailed:
       TRACE(kFunction, 2345, "cur_bbu_list memory allocation failed, %s\n", strerror(ENOMEM));
       return MC_STORE_UNAVAILABLE;
@@ -102,13 +102,13 @@ EXPORTED int32_t get_store_bbu(void *ctx, uint8_t *buf, uint32_t bufsize, uint32
   }
 
   if (!reply.bytes()) return MC_STORE_UNAVAILABLE;  // the host's error: no buffer, but the size of one
-  write_header(reply.bytes(), 0, 0, to_big_endian(kRecordSize));
-  BbuReplyHeader *const header = header_of(reply.bytes());
+  write_header(reply.bytes(), 0, 0, to_big_endian(Layout::kRecordSize));
+  BbuReplyHeader *const header = Layout::header_of(reply.bytes());
 
   RecordReader reader(store);
   const Index known({lists.cached(), delta == kDelta ? lists.comparable_count() : size_t{0}});
   // A record that is not counted is overwritten by the next one.
-  while (StorBbuInfo *record = reader.read_into(next_slot(reply.bytes()))) {
+  while (StorBbuInfo *record = reader.read_into(Layout::next_slot(reply.bytes()))) {
     if (!lists.exist()) {
       TRACE(kFunction, 2383, "cur_bbu_list= %p, cached_bbu_list= %p\n", static_cast<const void *>(lists.cur()),
             static_cast<const void *>(lists.cached()));
@@ -130,7 +130,7 @@ EXPORTED int32_t get_store_bbu(void *ctx, uint8_t *buf, uint32_t bufsize, uint32
   lists.rotate(lists.cached_count());
   print_bbu_list(lists.cached(), lists.cached_count(), "After swap, cached_BBU_list");
 
-  *len = reply_length(header->count);
+  *len = Layout::length(header->count);
   return MC_STORE_SUCCESS;
 }
 

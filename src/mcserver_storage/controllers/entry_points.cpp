@@ -95,7 +95,7 @@ void write_simulated_record(uint8_t index, StorCtlrInfo *record) {
 }
 
 int32_t simulate(void *ctx, uint8_t *buf, uint32_t bufsize, uint32_t *len) {
-  constexpr uint32_t needed = reply_length(kSimulatedCount);
+  constexpr uint32_t needed = Layout::length(kSimulatedCount);
   *len = needed;
   if (needed > bufsize) {
     bufsize = needed;
@@ -110,8 +110,9 @@ int32_t simulate(void *ctx, uint8_t *buf, uint32_t bufsize, uint32_t *len) {
   }
 
   // Numbers stay in the byte order of the machine: this is what tells a simulation from a real reply.
-  write_header(buf, kSimulatedState, kSimulatedCount, kRecordSize);
-  for (uint8_t index = 0; index < kSimulatedCount; ++index) write_simulated_record(index, record_at(buf, index));
+  write_header(buf, kSimulatedState, kSimulatedCount, Layout::kRecordSize);
+  for (uint8_t index = 0; index < kSimulatedCount; ++index)
+    write_simulated_record(index, Layout::record_at(buf, index));
   return MC_STORE_SUCCESS;
 }
 

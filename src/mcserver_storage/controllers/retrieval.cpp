@@ -24,8 +24,7 @@ constexpr char kFunction[] = "get_store_ctrls";
 constexpr int kReplyLimit = 65536;  // what the size trace compares with, whatever the host granted
 constexpr uint8_t kReady = 2;       // the one subsystem state in which a delta compares records
 constexpr uint8_t kNotReady = 1;
-constexpr uint8_t kGone = 4;                // controller_status of a controller that is no longer in the file
-constexpr uint32_t kSlots = UINT8_MAX + 1;  // as many as the reply's count can tell apart
+constexpr uint8_t kGone = 4;  // controller_status of a controller that is no longer in the file
 
 // What the previous call left. The host runs one call of a kind at a time, so nothing guards it.
 struct Baseline {
@@ -45,11 +44,11 @@ bool refuse_reply(uint32_t needed) {
 // Makes room for every record of the file. Whether to ask the host depends on the gone controllers too, but the
 // request covers the file alone.
 bool make_room_for_file(ReplyBuffer &reply, uint64_t file_size) {
-  const uint64_t needed = file_size + kHeaderSize;
+  const uint64_t needed = file_size + Layout::kHeaderSize;
   const uint32_t low_bits = static_cast<uint32_t>(needed);
   if (needed > UINT32_MAX) return refuse_reply(low_bits);
 
-  const uint64_t wanted = needed + uint64_t{kRecordSize} * baseline.lists.cached_count();
+  const uint64_t wanted = needed + uint64_t{Layout::kRecordSize} * baseline.lists.cached_count();
   if (wanted <= reply.size()) return true;
   return reply.grow(low_bits) || refuse_reply(low_bits);
 }
@@ -114,12 +113,9 @@ uint32_t count_gone(const Index &cur, std::span<const CtlrSummary> cached) {
 // they would run past the host's buffer.
 bool make_room_for_gone(ReplyBuffer &reply, uint32_t reported, std::span<const CtlrSummary> cur,
                         std::span<const CtlrSummary> cached) {
-  const auto length_with = [&](uint32_t gone) { return reply_length(std::min(reported + gone, kSlots)); };
-  if (length_with(static_cast<uint32_t>(cached.size())) <= reply.size()) return true;  // even if all of them are gone
-
-  const uint32_t needed = length_with(count_gone(Index(cur), cached));
-  if (needed <= reply.size()) return true;
-  return reply.grow_and_keep(needed) || refuse_reply(needed);
+  const uint32_t needed =
+      Layout::length_with_gone(reply, reported, cached.size(), [&] { return count_gone(Index(cur), cached); });
+  return needed <= reply.size() || reply.grow_and_keep(needed) || refuse_reply(needed);
 }
 
 }  // namespace
@@ -136,8 +132,8 @@ EXPORTED void add_deleted_ctlrs(uint8_t *reply, uint16_t cur_count, const CtlrSu
   const Index cur({cur_list, cur_count});
   for (const CtlrSummary &entry : std::span(cached_list, cached_count)) {
     if (!is_gone(entry, cur)) continue;
-    write_gone(entry, next_slot(reply));
-    header_of(reply)->count++;
+    write_gone(entry, Layout::next_slot(reply));
+    Layout::header_of(reply)->count++;
   }
 }
 
@@ -165,7 +161,7 @@ EXPORTED int32_t get_store_ctrls(void *ctx, uint8_t *buf, uint32_t bufsize, uint
   baseline.state = state;
 
   SummaryLists<CtlrSummary> &lists = baseline.lists;
-  switch (lists.reserve(static_cast<uint32_t>(store.size()) / kRecordSize)) {
+  switch (lists.reserve(static_cast<uint32_t>(store.size()) / Layout::kRecordSize)) {
     case ListSizing::kCurFailed:
       TRACE(kFunction, 917, "cur_ctlr_list memory allocation failed\n");
       return MC_STORE_UNAVAILABLE;
@@ -177,11 +173,11 @@ EXPORTED int32_t get_store_ctrls(void *ctx, uint8_t *buf, uint32_t bufsize, uint
   }
 
   if (!reply.bytes()) return MC_STORE_UNAVAILABLE;  // the host's error: no buffer, but the size of one
-  write_header(reply.bytes(), state, 0, to_big_endian(kRecordSize));
+  write_header(reply.bytes(), state, 0, to_big_endian(Layout::kRecordSize));
   const Index known({lists.cached(), delta ? lists.comparable_count() : size_t{0}});
   uint32_t reported = 0;  // unlike the header's count, does not wrap
   // A record that is not counted is overwritten by the next one.
-  while (StorCtlrInfo *record = reader.read_into(next_slot(reply.bytes()))) {
+  while (StorCtlrInfo *record = reader.read_into(Layout::next_slot(reply.bytes()))) {
     if (!lists.exist()) {
       TRACE(kFunction, 955, "cur_ctlr_list= %p, cached_ctlr_list= %p\n", static_cast<const void *>(lists.cur()),
             static_cast<const void *>(lists.cached()));
@@ -195,12 +191,12 @@ EXPORTED int32_t get_store_ctrls(void *ctx, uint8_t *buf, uint32_t bufsize, uint
       SYSTEM_LOG(kStorageSource, 989, "Storage subsystem state changed, ctlr_index=%d, modTimestamp=%d\n",
                  record->index, record->mod_timestamp);
     to_network_order(records::kController, record);
-    header_of(reply.bytes())->count++;
+    Layout::header_of(reply.bytes())->count++;
     reported++;
   }
 
   // Both platforms are ready without a controller, which the host is to see as not ready.
-  StoreReplyHeader *header = header_of(reply.bytes());
+  StoreReplyHeader *header = Layout::header_of(reply.bytes());
   if ((running_on_kestrano() || running_on_morvik()) && header->state == kReady && header->count == 0 &&
       lists.cached_count() == 0)
     header->state = kNotReady;
@@ -223,7 +219,7 @@ EXPORTED int32_t get_store_ctrls(void *ctx, uint8_t *buf, uint32_t bufsize, uint
   lists.rotate(lists.cached_count());
   print_ctlr_list(lists.cached(), lists.cached_count(), "After swap, cached_ctlr_list");
   store.release();
-  *len = reply_length(header_of(reply.bytes())->count);
+  *len = Layout::length(Layout::header_of(reply.bytes())->count);
   return MC_STORE_SUCCESS;
 }
 

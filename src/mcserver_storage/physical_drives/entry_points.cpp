@@ -71,12 +71,12 @@ void write_simulated_record(StorPhyDriveInfo *record) {
 
 int32_t simulate(void *ctx, uint8_t *buf, uint32_t bufsize, uint32_t *len) {
   ReplyBuffer reply(ctx, buf, bufsize);
-  if (!make_room_for_simulation("mc_get_store_phydrives", 1554, reply, reply_length(kAnnounced), len))
+  if (!make_room_for_simulation("mc_get_store_phydrives", 1554, reply, Layout::length(kAnnounced), len))
     return MC_STORE_REPLY_TOO_LARGE;
 
   // Numbers stay in the byte order of the machine: this is what tells a simulation from a real reply.
-  write_header(reply.bytes(), 1, kAnnounced, kAnnounced, kRecordSize);
-  for (uint8_t slot = 0; slot < kSimulatedSlots; ++slot) write_simulated_record(record_at(reply.bytes(), slot));
+  write_header(reply.bytes(), 1, kAnnounced, kAnnounced, Layout::kRecordSize);
+  for (uint8_t slot = 0; slot < kSimulatedSlots; ++slot) write_simulated_record(Layout::record_at(reply.bytes(), slot));
   return MC_STORE_SUCCESS;
 }
 

@@ -23,8 +23,7 @@ namespace {
 
 constexpr char kFunction[] = "get_store_phydrives";
 constexpr char kStorePath[] = "/var/storphydrive_info";
-constexpr uint8_t kGone = 14;                // status of a drive that is no longer in the file
-constexpr uint32_t kSlots = UINT16_MAX + 1;  // as many as the reply's count can tell apart
+constexpr uint8_t kGone = 14;  // status of a drive that is no longer in the file
 
 // What the previous call left. The host runs one call of a kind at a time, so nothing guards it.
 struct Baseline {
@@ -43,17 +42,17 @@ bool refuse_reply(uint32_t needed, const ReplyBuffer &reply) {
 // Makes room for every record of the file, and once more for every drive that it announces. The sum has 32 bits and may
 // wrap: only the header is sure to fit after this.
 bool make_room_for_file(ReplyBuffer &reply, uint64_t file_size, uint32_t announced) {
-  const uint32_t needed = static_cast<uint32_t>(file_size) + announced * kRecordSize + kHeaderSize;
-  if (file_size + kHeaderSize > UINT32_MAX) return refuse_reply(needed, reply);
+  const uint32_t needed = static_cast<uint32_t>(file_size) + announced * Layout::kRecordSize + Layout::kHeaderSize;
+  if (file_size + Layout::kHeaderSize > UINT32_MAX) return refuse_reply(needed, reply);
   if (needed > reply.size() && !reply.grow(needed)) return refuse_reply(needed, reply);
-  return reply.size() >= kHeaderSize || refuse_reply(kHeaderSize, reply);
+  return reply.size() >= Layout::kHeaderSize || refuse_reply(Layout::kHeaderSize, reply);
 }
 
 // Is there room in this slot for the next record, or for what is left of the file? Where the needed size has wrapped,
 // reading it would otherwise run past the host's buffer.
 bool has_room_for_next(const ReplyBuffer &reply, uint32_t slot, const RecordReader &reader) {
-  const auto next = static_cast<uint32_t>(std::min<uint64_t>(reader.remaining(), kRecordSize));
-  const uint32_t end = reply_length(slot) + next;
+  const auto next = static_cast<uint32_t>(std::min<uint64_t>(reader.remaining(), Layout::kRecordSize));
+  const uint32_t end = Layout::length(slot) + next;
   return end <= reply.size() || refuse_reply(end, reply);
 }
 
@@ -91,12 +90,9 @@ uint32_t count_gone(const Index &cur, std::span<const PhyDriveSummary> cached) {
 // Makes room for the gone drives behind the reported ones: without it they would run past the host's buffer.
 bool make_room_for_gone(ReplyBuffer &reply, uint32_t reported, std::span<const PhyDriveSummary> cur,
                         std::span<const PhyDriveSummary> cached) {
-  const auto length_with = [&](uint32_t gone) { return reply_length(std::min(reported + gone, kSlots)); };
-  if (length_with(static_cast<uint32_t>(cached.size())) <= reply.size()) return true;  // even if all of them are gone
-
-  const uint32_t needed = length_with(count_gone(Index(cur), cached));
-  if (needed <= reply.size()) return true;
-  return reply.grow_and_keep(needed) || refuse_reply(needed, reply);
+  const uint32_t needed =
+      Layout::length_with_gone(reply, reported, cached.size(), [&] { return count_gone(Index(cur), cached); });
+  return needed <= reply.size() || reply.grow_and_keep(needed) || refuse_reply(needed, reply);
 }
 
 }  // namespace
@@ -113,8 +109,8 @@ EXPORTED void add_deleted_drives(uint8_t *reply, uint16_t cur_count, const PhyDr
   const Index cur({cur_list, cur_count});
   for (const PhyDriveSummary &entry : std::span(cached_list, cached_count)) {
     if (cur.find(entry)) continue;
-    write_gone(entry, record_at(reply, header_of(reply)->count));
-    header_of(reply)->count++;
+    write_gone(entry, Layout::record_at(reply, Layout::header_of(reply)->count));
+    Layout::header_of(reply)->count++;
   }
 }
 
@@ -137,12 +133,12 @@ EXPORTED int32_t get_store_phydrives(void *ctx, uint8_t *buf, uint32_t bufsize, 
   if (!reply.bytes()) return MC_STORE_UNAVAILABLE;  // the host's error: no buffer, but the size of one
 
   const uint16_t announced = to_big_endian(static_cast<uint16_t>(file_header.noofDrives));
-  write_header(reply.bytes(), 0, announced, 0, to_big_endian(kRecordSize));
+  write_header(reply.bytes(), 0, announced, 0, to_big_endian(Layout::kRecordSize));
 
   // The lists have always been as long as the number in the header, read in the wrong byte order.
   SummaryLists<PhyDriveSummary> &lists = baseline.lists;
   const uint16_t entries = announced;
-  switch (lists.make(entries, static_cast<uint32_t>(reader.remaining() / kRecordSize))) {
+  switch (lists.make(entries, static_cast<uint32_t>(reader.remaining() / Layout::kRecordSize))) {
     case ListSizing::kCurFailed:
       TRACE(kFunction, 1405, "cur_pd_list memory allocation failed\n");
       return MC_STORE_UNAVAILABLE;
@@ -159,14 +155,14 @@ EXPORTED int32_t get_store_phydrives(void *ctx, uint8_t *buf, uint32_t bufsize, 
   for (;;) {
     if (!has_room_for_next(reply, count, reader)) return MC_STORE_REPLY_TOO_LARGE;
     // A record that is not counted is overwritten by the next one.
-    StorPhyDriveInfo *record = reader.read_into(record_at(reply.bytes(), count));
+    StorPhyDriveInfo *record = reader.read_into(Layout::record_at(reply.bytes(), count));
     if (!record) break;
     print_pdinfo(record, nullptr);
     summarize(*record, lists.add());
     if (delta == kDelta && !is_new_or_modified(known.find(*record), record->mod_timestamp)) continue;
 
     to_network_order(records::kPhysicalDrive, record);
-    header_of(reply.bytes())->count = ++count;
+    Layout::header_of(reply.bytes())->count = ++count;
     reported++;
   }
   if (!reader.at_end()) TRACE(kFunction, 1495, "Error reading file %s, %s\n", kStorePath, strerror(reader.error()));
@@ -187,8 +183,8 @@ EXPORTED int32_t get_store_phydrives(void *ctx, uint8_t *buf, uint32_t bufsize, 
   print_pd_list(lists.cached(), lists.cached_count(), "After cached_list");
   store.release();
 
-  PhyDriveReplyHeader *header = header_of(reply.bytes());
-  if (delta == kFull || (delta == kDelta && header->count != 0)) *len = reply_length(header->count);
+  PhyDriveReplyHeader *header = Layout::header_of(reply.bytes());
+  if (delta == kFull || (delta == kDelta && header->count != 0)) *len = Layout::length(header->count);
   header->count = to_big_endian(header->count);
   return MC_STORE_SUCCESS;
 }

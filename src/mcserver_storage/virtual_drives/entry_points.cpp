@@ -58,13 +58,13 @@ void write_simulated_record(uint8_t index, StorVirtDriveInfo *record) {
 
 int32_t simulate(void *ctx, uint8_t *buf, uint32_t bufsize, uint32_t *len) {
   ReplyBuffer reply(ctx, buf, bufsize);
-  if (!make_room_for_simulation("mc_get_store_virtdrives", 2023, reply, reply_length(kSimulatedCount), len))
+  if (!make_room_for_simulation("mc_get_store_virtdrives", 2023, reply, Layout::length(kSimulatedCount), len))
     return MC_STORE_REPLY_TOO_LARGE;
 
   // Numbers stay in the byte order of the machine: this is what tells a simulation from a real reply.
-  write_header(reply.bytes(), kSimulatedCount, kRecordSize);
+  write_header(reply.bytes(), kSimulatedCount, Layout::kRecordSize);
   for (uint8_t index = 0; index < kSimulatedCount; ++index)
-    write_simulated_record(index, record_at(reply.bytes(), index));
+    write_simulated_record(index, Layout::record_at(reply.bytes(), index));
   return MC_STORE_SUCCESS;
 }
 

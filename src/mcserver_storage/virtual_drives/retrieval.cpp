@@ -66,7 +66,7 @@ bool refuse_reply(uint32_t available, uint32_t bufsize) {
 // Makes room for every record of the file and every drive that is gone.
 bool make_room(ReplyBuffer &reply, uint64_t file_size, uint16_t gone) {
   const uint32_t bufsize = reply.size();
-  const uint64_t needed = file_size + uint64_t{kRecordSize} * gone + kHeaderSize;
+  const uint64_t needed = file_size + uint64_t{Layout::kRecordSize} * gone + Layout::kHeaderSize;
   if (needed > UINT32_MAX) return refuse_reply(bufsize, bufsize);
   if (needed <= bufsize || reply.grow_if_confirmed(static_cast<uint32_t>(needed))) return true;
   return refuse_reply(reply.size(), bufsize);
@@ -114,12 +114,12 @@ void write_gone(const VdSummary &entry, StorVirtDriveInfo *record) {
 }
 
 void append_gone(const VdSummary &entry, uint8_t *reply) {
-  StorVirtDriveInfo *record = next_slot(reply);
+  StorVirtDriveInfo *record = Layout::next_slot(reply);
   write_gone(entry, record);
   // The time stamp is what the buffer held there, and always has been.
   SYSTEM_LOG(kStorageSource, 1744, "Deleted-Event VD TargetID=%d, name=%.16s mod_timestamp=%d\n", entry.target_id,
              entry.name, static_cast<int32_t>(record->mod_timestamp));
-  header_of(reply)->count++;
+  Layout::header_of(reply)->count++;
 }
 
 }  // namespace
@@ -154,11 +154,13 @@ EXPORTED int32_t get_store_virtdrives(void *ctx, uint8_t *buf, uint32_t bufsize,
   baseline.modified = store.modified();  // even if a later step fails
 
   ReplyBuffer reply(ctx, buf, bufsize);
-  // A file that large is not worth reading.
-  if (store.size() + kHeaderSize > UINT32_MAX && !make_room(reply, store.size(), 0)) return MC_STORE_REPLY_TOO_LARGE;
+  if (store.size() + Layout::kHeaderSize > UINT32_MAX) {  // not worth reading
+    refuse_reply(bufsize, bufsize);
+    return MC_STORE_REPLY_TOO_LARGE;
+  }
 
   SummaryLists<VdSummary> &lists = baseline.lists;
-  const uint32_t in_file = static_cast<uint32_t>(store.size()) / kRecordSize;
+  const uint32_t in_file = static_cast<uint32_t>(store.size()) / Layout::kRecordSize;
   if (lists.cached_count() != 0 && in_file == 0)
     TRACE(kFunction, 1796, "number of virt-drives= %d, prev_num_drives= %d\n", static_cast<int>(in_file),
           lists.cached_count());
@@ -185,14 +187,14 @@ EXPORTED int32_t get_store_virtdrives(void *ctx, uint8_t *buf, uint32_t bufsize,
   if (!make_room(reply, store.size(), gone)) return MC_STORE_REPLY_TOO_LARGE;
 
   if (!reply.bytes()) return MC_STORE_UNAVAILABLE;  // the host's error: no buffer, but the size of one
-  write_header(reply.bytes(), 0, to_big_endian(kRecordSize));
-  VirtDriveReplyHeader *const header = header_of(reply.bytes());
+  write_header(reply.bytes(), 0, to_big_endian(Layout::kRecordSize));
+  VirtDriveReplyHeader *const header = Layout::header_of(reply.bytes());
 
   rewind(store.stream());
   RecordReader reader(store);
   const Index known({lists.cached(), delta == kDelta ? cached_count : size_t{0}});
   // A record that is not counted is overwritten by the next one.
-  while (StorVirtDriveInfo *record = reader.read_into(next_slot(reply.bytes()))) {
+  while (StorVirtDriveInfo *record = reader.read_into(Layout::next_slot(reply.bytes()))) {
     if (!lists.exist()) break;
     print_vdinfo(record, nullptr);
     to_network_order(kConvertedFirst, record);
@@ -214,7 +216,7 @@ EXPORTED int32_t get_store_virtdrives(void *ctx, uint8_t *buf, uint32_t bufsize,
   lists.rotate(cached_count);
   print_vd_list(lists.cached(), lists.cached_count(), "After swap, cached_VD_list");
 
-  if (delta == kFull || (delta == kDelta && header->count != 0)) *len = reply_length(header->count);
+  if (delta == kFull || (delta == kDelta && header->count != 0)) *len = Layout::length(header->count);
   return MC_STORE_SUCCESS;
 }
 
