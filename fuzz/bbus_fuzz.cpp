@@ -1,12 +1,9 @@
-// A sequence of BBU calls over store files and flash-module images of any content, with a host and a libc that fail at
-// any point.
+// Fuzzes BBUs; the other file is the flash module's image.
 
-#include "fuzz/fuzz_host.h"
+#include "fuzz/raid_kind.h"
 
 namespace {
 
-constexpr char kStore[] = "/var/storBBU_info";
-constexpr char kImage[] = "/var/log/TFM_FRU.bin";
 constexpr size_t kRecordSize = 161;
 constexpr size_t kImageSize = 128;
 
@@ -36,22 +33,16 @@ std::string image(fuzz::Choices &choices) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
-  static fuzz::FuzzHost host(PLUGIN_PATH);
-  fuzz::Choices choices(data, size);
-  host.start_over();
-  host.write("/var/storctlr_info", "");
-  host.write(kStore, "");
-  host.call("mc_get_store_bbu", 65536, choices);  // nothing known
-  while (!choices.exhausted()) {
-    const uint8_t what = choices.byte();
-    if (what & 1) host.write(kStore, store_file(choices));
-    if (what & 2) host.write("/var/mctool_stordebug", "");
-    if (what & 4) host.write("/var/mctool_bbudebug", "");
-    if (what & 8) host.write(kImage, image(choices));
-    if ((what & 0x30) == 0x30) host.remove(kStore);
-    host.fail_one_in(what & 0x40 ? choices.byte() : 0, &choices);
-    const uint32_t buffer_size = choices.byte() * 16u;
-    host.call(what & 0x80 ? "mc_get_store_bbu" : "mc_delta_store_bbu", buffer_size, choices);
-  }
-  return 0;
+  static const fuzz::RaidKind kKind = {
+      .store = "/var/storBBU_info",
+      .empty_store = "",
+      .store_file = store_file,
+      .list_marker = "/var/mctool_bbudebug",
+      .other_path = "/var/log/TFM_FRU.bin",
+      .other_file = image,
+      .full = "mc_get_store_bbu",
+      .delta = "mc_delta_store_bbu",
+      .buffer_step = 16,
+  };
+  return fuzz::fuzz_raid_kind(kKind, data, size);
 }
