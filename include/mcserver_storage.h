@@ -830,6 +830,44 @@ int read_product_file(char *word);
 int running_on_kestrano(void);
 int running_on_morvik(void);
 
+/* ------------------------------------------------------------------------------------------------ decoders */
+
+/*
+ * Turn a copy of a store file into text, for offline inspection: the kind's file in `input_dir`, under the name that it
+ * has below /var, into a file of the same name with "_decoded.txt" behind it in `output_dir`. That file is deleted
+ * first, whatever happens then. No lock is taken. A path is cut after 319 characters.
+ *
+ * The text is that of print_ctlrinfo and its like for each whole record, as far as the file went when its size was
+ * taken. For controllers and NVMe devices, two lines come first: the subsystem state, and how many records would make
+ * up the file's size.
+ *
+ * The result is 0. When something goes wrong, a message is printed to stderr and the result is its number of
+ * characters, except where the file is closed after the message: then the result is that of fclose. The caller sees
+ * from the messages and the text file what was done. A null directory is refused with MC_STORE_UNAVAILABLE.
+ */
+int list_controllers(const char *input_dir, const char *output_dir);
+int list_physical_drives(const char *input_dir, const char *output_dir);
+int list_virtual_drives(const char *input_dir, const char *output_dir);
+int list_bbus(const char *input_dir, const char *output_dir);
+int list_nvme_controllers(const char *input_dir, const char *output_dir);
+int list_nvme_physical_drives(const char *input_dir, const char *output_dir);
+
+/*
+ * Append the record's text to a file. A null record makes the file, if there is none, and writes nothing. The RAID
+ * kinds print the path to stdout first, all of them a message when the file cannot be opened. A null path: nothing.
+ */
+void print_controllerinfo(const char *output_path, const StorCtlrInfo *record);
+void print_physicaldriveinfo(const char *output_path, const StorPhyDriveInfo *record);
+void print_virtualdriveinfo(const char *output_path, const StorVirtDriveInfo *record);
+void print_BBUInfo(const char *output_path, const StorBbuInfo *record);
+void print_nvme_controllerinfo(const char *output_path, const NvmeCtlrInfo *record);
+
+/*
+ * The same for an NVMe drive, but a null record is told on stdout and opens nothing. The result is that of fclose, or
+ * of printing what went wrong; MC_STORE_UNAVAILABLE for a null path.
+ */
+int print_nvme_physicaldriveinfo(const char *output_path, const NvmePhyDriveInfo *record);
+
 #ifdef __cplusplus
 }
 #endif

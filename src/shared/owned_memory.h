@@ -8,10 +8,13 @@ namespace mcserver {
 
 class OwnedMemory {
  public:
-  explicit OwnedMemory(void *block) : block_(block) {}
+  explicit OwnedMemory(void *block = nullptr) : block_(block) {}
   OwnedMemory(const OwnedMemory &) = delete;
   OwnedMemory &operator=(const OwnedMemory &) = delete;
   ~OwnedMemory() { free(block_); }
+
+  // Replaces the block, of which there must be none yet.
+  void take(void *block) { block_ = block; }
 
   explicit operator bool() const { return block_ != nullptr; }
   uint8_t *bytes() const { return static_cast<uint8_t *>(block_); }

@@ -1,5 +1,5 @@
-// Reads a store file front to back, never past the size that it had when it was locked: buffers were made for that
-// size, and a writer that ignores the lock may have made the file longer since.
+// Reads a store file front to back, never past the size that it had when it was looked at: buffers were made for that
+// size, and a writer may have made the file longer since.
 #pragma once
 
 #include <cstddef>
@@ -12,7 +12,9 @@ namespace mcserver {
 
 class RecordReader {
  public:
-  explicit RecordReader(const StoreFile &store) : stream_(store.stream()), remaining_(store.size()) {}
+  explicit RecordReader(const StoreFile &store) : RecordReader(store.stream(), store.size()) {}
+  // From where the stream stands, no more than `size` bytes.
+  RecordReader(FILE *stream, uint64_t size) : stream_(stream), remaining_(size) {}
 
   // Reads the next `size` bytes. False when that many did not come; what did come is in `to` all the same.
   bool read(void *to, size_t size);

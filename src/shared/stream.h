@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdio>
+#include <utility>
 
 namespace mcserver {
 
@@ -16,6 +17,9 @@ class Stream {
 
   explicit operator bool() const { return stream_ != nullptr; }
   FILE *get() const { return stream_; }
+
+  // Closes it now, for what fclose returns.
+  int close() { return fclose(std::exchange(stream_, nullptr)); }
 
  private:
   FILE *stream_;

@@ -108,6 +108,7 @@ FILE *fopen64(const char *path, const char *mode) {
 int fclose(FILE *stream) {
   const Call call("fclose");
   const int result = REAL(fclose)(stream);
+  if (result != 0 && call.seen_by()) call.seen_by()->on_failed_close(errno);
   return call.end(call.fails() ? EOF : result);
 }
 
@@ -174,6 +175,11 @@ int __fprintf_chk(FILE *stream, int, const char *format, ...) {
 }
 
 // -------------------------------------------------------------------------------------------- files and descriptors
+
+int unlink(const char *path) noexcept {
+  const Call call("unlink", path);
+  return call.end(call.fails() ? -1 : NEXT(int(const char *), unlink)(call.path(path)));
+}
 
 int flock(int fd, int operation) noexcept {
   const Call call("flock", std::to_string(operation).c_str());

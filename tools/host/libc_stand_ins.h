@@ -28,6 +28,9 @@ class LibcWatcher {
   // that take one, or the operation of an flock.
   virtual Verdict before(const std::string &function, const std::string &detail) = 0;
 
+  // Called after an fclose that failed by itself: what was written may not all be in the file.
+  virtual void on_failed_close(int /*error*/) {}
+
   // A line for the system log, formatted, instead of syslog itself.
   virtual void on_syslog(int priority, const std::string &line) = 0;
 };

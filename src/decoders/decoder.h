@@ -1,0 +1,105 @@
+// Decoding a copy of a store file, without a lock and without a host: its records become a text file.
+//
+// All kinds are decoded the same way. What differs between them stands in a Decoder; scripts that run the decoders know
+// each kind's messages and results, so the differences are kept.
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+#include "mcserver_storage/reply_layout.h"
+
+namespace mcserver::decoders {
+
+// A number in front of the records.
+struct HeaderNumber {
+  size_t size;
+  const char *unreadable;  // format of the message, which takes the input path
+};
+
+// Two lines in front of the records: formats that take the number that ends the header, and how many records the size
+// of the file would make.
+struct Summary {
+  const char *state;
+  const char *count;
+};
+
+// Where records are read to, in memory that is asked for once, and what becomes of each.
+struct Records {
+  uint32_t size;     // of one
+  bool all_at_once;  // room for the whole file, or for one record
+  void *(*next_slot)(uint8_t *memory);
+  void (*count)(uint8_t *memory);
+  void (*append)(const char *output_path, const void *record);
+};
+
+// RAID records are laid out like a reply, with its wrapping count: the slots of a long file are used again.
+template <typename Header, typename Record, auto append>
+constexpr Records records_as_in_a_reply() {
+  using Layout = ReplyLayout<Header, Record>;
+  return {
+      .size = sizeof(Record),
+      .all_at_once = true,
+      .next_slot = [](uint8_t *memory) -> void * { return Layout::next_slot(memory); },
+      .count = [](uint8_t *memory) { ++Layout::header_of(memory)->count; },
+      .append = [](const char *path, const void *record) { append(path, static_cast<const Record *>(record)); },
+  };
+}
+
+template <typename Record, auto append>
+constexpr Records records_one_by_one() {
+  return {
+      .size = sizeof(Record),
+      .all_at_once = false,
+      .next_slot = [](uint8_t *memory) -> void * { return memory; },
+      .count = [](uint8_t *) {},
+      .append = [](const char *path, const void *record) { append(path, static_cast<const Record *>(record)); },
+  };
+}
+
+enum class Moment { kBeforeHeader, kBeforeRecords };
+enum class ResultOf { kMessage, kClosing };
+
+struct Decoder {
+  const char *input_name;
+  const char *output_name;
+  const char *unopened;                  // formats of messages, which take the input path
+  const char *unknown_size;              // null: nothing is said, and closing the input gives the result
+  std::span<const HeaderNumber> header;  // the last one, if it is a byte, is the subsystem's state
+  const Summary *summary;                // null for none
+  Moment allocation;
+  ResultOf failed_allocation;
+  Records records;
+};
+
+// Decodes the kind's file in one directory into a file in the other one, which is replaced. Prints what goes wrong to
+// standard error. The result is that of closing the input, or of printing the message after which nothing more was
+// done; -35 for a null directory.
+int decode(const Decoder &decoder, const char *input_dir, const char *output_dir);
+
+// Does a message take the path, and nothing else but errno?
+constexpr bool takes_path(std::string_view format) {
+  const size_t conversion = format.find("%s");
+  if (conversion == format.npos) return false;
+  const std::string_view rest = format.substr(conversion + 2);
+  const size_t next = rest.find('%');
+  return format.find('%') == conversion && (next == rest.npos || rest.substr(next) == "%m\n");
+}
+
+// Does a line take a number, and nothing else?
+constexpr bool takes_number(std::string_view format) {
+  return std::ranges::count(format, '%') == 1 && format.find("%d") != format.npos;
+}
+
+// Do the formats fit what they are printed with?
+consteval bool formats_fit(const Decoder &decoder) {
+  return takes_path(decoder.unopened) && (!decoder.unknown_size || takes_path(decoder.unknown_size)) &&
+         std::ranges::all_of(decoder.header,
+                             [](const HeaderNumber &number) { return takes_path(number.unreadable); }) &&
+         (!decoder.summary || (takes_number(decoder.summary->state) && takes_number(decoder.summary->count)));
+}
+
+}  // namespace mcserver::decoders

@@ -1,0 +1,19 @@
+// A path as the decoders use it: what does not fit is cut off.
+#pragma once
+
+#include <cstdio>
+
+namespace mcserver::decoders {
+
+class Path {
+ public:
+  explicit Path(const char *path) { snprintf(text_, sizeof text_, "%s", path); }
+  Path(const char *directory, const char *name) { snprintf(text_, sizeof text_, "%s/%s", directory, name); }
+
+  const char *c_str() const { return text_; }
+
+ private:
+  char text_[320];
+};
+
+}  // namespace mcserver::decoders
