@@ -8,11 +8,10 @@
 
 namespace tests {
 
-Outcome mcstore(const std::string &arguments) {
+Outcome run(const std::string &command) {
   StoreDirectory scratch;
   scratch.write_text("/stderr", "");
-  const std::string command = MCSTORE_COMMAND " " + arguments + " 2>" + scratch.real("/stderr");
-  FILE *pipe = popen(command.c_str(), "r");
+  FILE *pipe = popen(("{ " + command + "; } 2>" + scratch.real("/stderr")).c_str(), "r");
 
   std::string out;
   std::array<char, 4096> chunk;
@@ -22,5 +21,7 @@ Outcome mcstore(const std::string &arguments) {
   const int status = pclose(pipe);
   return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, out, scratch.read("/stderr")};
 }
+
+std::string mcstore_command() { return MCSTORE_COMMAND; }
 
 }  // namespace tests

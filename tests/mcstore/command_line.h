@@ -15,8 +15,14 @@ struct Outcome {
   std::string err;  // standard error
 };
 
+// Runs a command in a shell.
+Outcome run(const std::string &command);
+
+// What runs mcstore, in such a command.
+std::string mcstore_command();
+
 // Runs "mcstore ARGUMENTS" in a shell.
-Outcome mcstore(const std::string &arguments);
+inline Outcome mcstore(const std::string &arguments) { return run(mcstore_command() + ' ' + arguments); }
 
 class McstoreTest : public testing::Test {
  protected:

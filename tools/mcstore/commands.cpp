@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <chrono>
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <list>
@@ -16,9 +17,11 @@
 
 #include "mcserver_storage.h"
 #include "mcstore/collector.h"
+#include "mcstore/decoding.h"
 #include "mcstore/format.h"
 #include "mcstore/inventory.h"
 #include "mcstore/kind.h"
+#include "mcstore/progress.h"
 #include "mcstore/reply.h"
 #include "mcstore/watch.h"
 
@@ -188,6 +191,34 @@ int collect(const CollectOptions &options) {
     return complain(options.inventory + ": " + error.what(), kUsage);
   }
   return kSuccess;
+}
+
+int decode(const DecodeOptions &options) {
+  std::vector<const Kind *> chosen;
+  for (const Kind &kind : kinds())
+    if (!kind.decoder.empty() && (options.kinds.empty() || std::ranges::count(options.kinds, kind.name) > 0))
+      chosen.push_back(&kind);
+  std::filesystem::create_directories(options.output_dir);
+
+  uint64_t total = 0;
+  for (const Kind *kind : chosen) total += input_size(options.input_dir, *kind);
+
+  std::string report;
+  int exit_code = kSuccess;
+  {
+    ProgressBar bar(total);
+    uint64_t done = 0;
+    Decoding decoding(options.plugin, options.input_dir, options.output_dir,
+                      [&](uint64_t bytes) { bar.show(done + bytes); });
+    for (const Kind *kind : chosen) {
+      const Decoded decoded = decoding.decode(*kind);
+      report += fmt::format("{}: {}\n", kind->name, decoded.text);
+      if (decoded.failed) exit_code = kFailure;
+      done += input_size(options.input_dir, *kind);
+    }
+  }
+  print(report);
+  return exit_code;
 }
 
 }  // namespace mcstore

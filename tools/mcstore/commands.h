@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "mcstore/session.h"
 
@@ -32,8 +33,16 @@ struct CollectOptions {
   std::string at;  // as parse_time() takes it; empty for now
 };
 
+struct DecodeOptions {
+  std::string plugin;  // as load_plugin() takes it
+  std::string input_dir;
+  std::string output_dir;
+  std::vector<std::string> kinds;  // empty for all that can be decoded
+};
+
 int get(const SessionOptions &session_options, const GetOptions &options);
 int watch(const SessionOptions &session_options, const WatchOptions &options);
 int collect(const CollectOptions &options);
+int decode(const DecodeOptions &options);
 
 }  // namespace mcstore

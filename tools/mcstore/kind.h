@@ -34,6 +34,7 @@ struct Kind {
   std::string_view title;  // as people read it
   std::string_view full_entry_point;
   std::string_view delta_entry_point;
+  std::string_view decoder;  // empty: the kind has no store file
 
   std::string_view lock_path;
   std::string_view store_path;

@@ -15,15 +15,19 @@
 namespace mcstore {
 namespace {
 
+void add_plugin_option(CLI::App &command, std::string &plugin) {
+  command.add_option("--plugin", plugin, "The shared object to load instead of the one found beside mcstore")
+      ->type_name("PATH")
+      ->check(CLI::ExistingFile);
+}
+
 void add_session_options(CLI::App &command, SessionOptions &options) {
   command.add_option("--root", options.root, "Take the plug-in's files (/var/...) from below this directory")
       ->type_name("DIR")
       ->check(CLI::ExistingDirectory);
   command.add_option("--trace", options.trace_level, "The plug-in's trace level; above 2 it traces to standard error")
       ->type_name("LEVEL");
-  command.add_option("--plugin", options.plugin, "The shared object to load instead of the one found beside mcstore")
-      ->type_name("PATH")
-      ->check(CLI::ExistingFile);
+  add_plugin_option(command, options.plugin);
   command.add_option("--buffer-size", options.buffer_size, "The reply buffer's size before the plug-in asks for more")
       ->type_name("N")
       ->check(CLI::Range(1u, ReplyMemory::kLargest))
@@ -36,11 +40,21 @@ CLI::Option *add_kind(CLI::App &command, std::string &kind) {
   return command.add_option("KIND", kind, "What to show")->type_name("")->check(CLI::IsMember(names));
 }
 
+void add_decodable_kinds(CLI::App &command, std::vector<std::string> &chosen) {
+  std::vector<std::string> names;
+  for (const Kind &one : kinds())
+    if (!one.decoder.empty()) names.emplace_back(one.name);
+  command.add_option("KIND", chosen, "What to decode; everything if there is none")
+      ->type_name("")
+      ->check(CLI::IsMember(names));
+}
+
 int run(int argc, char **argv) {
   CLI::App app("Shows the storage inventory of a server, as the plug-in libmcserver_storage.so reports it.", "mcstore");
   app.require_subcommand(1);
   app.set_version_flag("--version", "mcstore " MCSTORE_VERSION);
-  app.footer("Exit codes: 0 success; 1 the plug-in reported a failure, or a file could not be written; 2 usage.");
+  app.footer(
+      "Exit codes: 0 success; 1 the plug-in reported a failure, or a file could not be written or decoded; 2 usage.");
 
   SessionOptions session;
   GetOptions get_options;
@@ -78,6 +92,18 @@ int run(int argc, char **argv) {
   collect_command.add_option("--at", collect_options.at, "The files' modification time: epoch seconds or ISO 8601")
       ->type_name("TIME");
 
+  DecodeOptions decode_options;
+  CLI::App &decode_command = *app.add_subcommand("decode", "Turn copies of store files into text files");
+  decode_command.add_option("INPUT_DIR", decode_options.input_dir, "Where the copies are, under the files' own names")
+      ->required()
+      ->type_name("")
+      ->check(CLI::ExistingDirectory);
+  decode_command.add_option("OUTPUT_DIR", decode_options.output_dir, "Where the text goes; made if needed")
+      ->required()
+      ->type_name("");
+  add_decodable_kinds(decode_command, decode_options.kinds);
+  add_plugin_option(decode_command, decode_options.plugin);
+
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError &error) {
@@ -86,7 +112,8 @@ int run(int argc, char **argv) {
 
   if (get_command.parsed()) return get(session, get_options);
   if (watch_command.parsed()) return watch(session, watch_options);
-  return collect(collect_options);
+  if (collect_command.parsed()) return collect(collect_options);
+  return decode(decode_options);
 }
 
 }  // namespace

@@ -40,13 +40,13 @@ const char *meaning(int32_t status) {
 
 }  // namespace
 
+host::Plugin load_plugin(const std::string &path) { return host::Plugin(path.empty() ? find_plugin() : path); }
+
 PluginFailure::PluginFailure(const std::string &entry_point, int32_t status)
     : std::runtime_error(fmt::format("{} returned {}: {}", entry_point, status, meaning(status))), status_(status) {}
 
 Session::Session(const SessionOptions &options)
-    : options_(options),
-      plugin_(options.plugin.empty() ? find_plugin() : options.plugin),
-      memory_(options.buffer_size) {
+    : options_(options), plugin_(load_plugin(options.plugin)), memory_(options.buffer_size) {
   mc_debug_level = options_.trace_level;
   outfp = stderr;
 }

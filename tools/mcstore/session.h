@@ -11,8 +11,12 @@
 
 namespace mcstore {
 
+// The shared object at `path`; if that is empty, the one beside this program, or the system's. Throws
+// std::runtime_error.
+host::Plugin load_plugin(const std::string &path);
+
 struct SessionOptions {
-  std::string plugin;            // the shared object; empty for the one beside this program, or the system's
+  std::string plugin;            // as load_plugin() takes it
   std::string root;              // where the plug-in's absolute paths begin; empty for the real ones
   int32_t trace_level = 0;       // the plug-in traces to standard error when this is above 2
   uint32_t buffer_size = 65536;  // what the host has at first; it grants whatever the plug-in asks for
