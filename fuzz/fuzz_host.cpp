@@ -15,6 +15,12 @@
 #include "mcserver_storage.h"
 
 namespace fuzz {
+namespace {
+
+// More than a run has open. A descriptor beyond it tells that some are leaking.
+constexpr int kMostDescriptors = 64;
+
+}  // namespace
 
 uint8_t Choices::byte() {
   if (left_ == 0) return 0;
@@ -79,9 +85,20 @@ void FuzzHost::call(const std::string &entry_point, uint32_t size, Choices &choi
     const int fd = open((root_ + lock_file).c_str(), O_RDONLY | O_CLOEXEC);
     if (fd == -1) continue;
     if (flock(fd, LOCK_EX | LOCK_NB) != 0) abort();
-    if (fd > 64) abort();  // descriptors are leaking
+    if (fd > kMostDescriptors) abort();
     close(fd);
   }
+}
+
+void FuzzHost::decode(const std::string &decoder, const char *input_dir, const char *output_dir) {
+  auto *const function = plugin_.function<int(const char *, const char *)>(decoder);
+  {
+    const host::PluginScope scope(*this);
+    function(input_dir, output_dir);
+  }
+  const int fd = open(root_.c_str(), O_RDONLY | O_CLOEXEC);
+  if (fd > kMostDescriptors) abort();
+  close(fd);
 }
 
 host::Verdict FuzzHost::before(const std::string &function, const std::string &) {

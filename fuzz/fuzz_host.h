@@ -44,6 +44,9 @@ class FuzzHost : private host::LibcWatcher, private host::ReplyOwner {
   // on what no call may do: an unknown status, a length beyond the buffer, a lock that is kept.
   void call(const std::string &entry_point, uint32_t size, Choices &choices);
 
+  // Calls a decoder. Aborts when it leaves a descriptor open.
+  void decode(const std::string &decoder, const char *input_dir, const char *output_dir);
+
  private:
   std::string resolve(const std::string &path) override { return root_ + path; }
   host::Verdict before(const std::string &function, const std::string &detail) override;
