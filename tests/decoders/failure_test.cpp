@@ -11,7 +11,6 @@ using testing::Contains;
 using testing::Not;
 using testing::StartsWith;
 using testing::Values;
-using testing::ValuesIn;
 
 // What each kind says. The path stands for %s, the reason for %m.
 struct Messages {

@@ -8,7 +8,6 @@
 namespace tests {
 namespace {
 
-using testing::EndsWith;
 using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
