@@ -31,18 +31,30 @@ class RecordFiles : public DecoderTest, public testing::WithParamInterface<Recor
   const DecoderKind &kind() const { return *GetParam().kind; }
   bool has_result() const { return std::string(GetParam().function) == kNvmeDriveFunction; }
 
-  // The result of a function that has none is 0.
   Printed append(const char *path, const void *record) {
-    return printed_by([&] {
-      if (has_result())
-        return plugin(static_cast<int (*)(const char *, const void *)>(nullptr), GetParam().function)(path, record);
-      plugin(static_cast<void (*)(const char *, const void *)>(nullptr), GetParam().function)(path, record);
-      return 0;
-    });
+    return printed_by([&] { return call(path, record); });
   }
   Printed append() { return append("/out/text", kind().record.data()); }
 
   std::string echo(const std::string &path = "/out/text") const { return kind().is_nvme ? "" : path + "\n"; }
+
+ private:
+  // The result of a function that has none is 0.
+  int call(const char *path, const void *record) {
+    if (&kind() == &kControllersDecoder)
+      PLUGIN(print_controllerinfo)(path, static_cast<const StorCtlrInfo *>(record));
+    else if (&kind() == &kDrivesDecoder)
+      PLUGIN(print_physicaldriveinfo)(path, static_cast<const StorPhyDriveInfo *>(record));
+    else if (&kind() == &kVirtualDrivesDecoder)
+      PLUGIN(print_virtualdriveinfo)(path, static_cast<const StorVirtDriveInfo *>(record));
+    else if (&kind() == &kBbusDecoder)
+      PLUGIN(print_BBUInfo)(path, static_cast<const StorBbuInfo *>(record));
+    else if (&kind() == &kNvmeControllersDecoder)
+      PLUGIN(print_nvme_controllerinfo)(path, static_cast<const NvmeCtlrInfo *>(record));
+    else
+      return PLUGIN(print_nvme_physicaldriveinfo)(path, static_cast<const NvmePhyDriveInfo *>(record));
+    return 0;
+  }
 };
 
 TEST_P(RecordFiles, GrowByOneRecordACall) {
