@@ -10,7 +10,7 @@
 #include <span>
 #include <string_view>
 
-#include "mcserver_storage/reply_layout.h"
+#include "shared/counted_records.h"
 
 namespace mcserver::decoders {
 
@@ -39,7 +39,7 @@ struct Records {
 // RAID records are laid out like a reply, with its wrapping count: the slots of a long file are used again.
 template <typename Header, typename Record, auto append>
 constexpr Records records_as_in_a_reply() {
-  using Layout = ReplyLayout<Header, Record>;
+  using Layout = CountedRecords<Header, Record>;
   return {
       .size = sizeof(Record),
       .all_at_once = true,

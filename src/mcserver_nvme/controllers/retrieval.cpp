@@ -11,6 +11,7 @@
 #include "mcserver_nvme/nvme_lock.h"
 #include "mcserver_storage.h"
 #include "records/nvme_ctlr_record.h"
+#include "shared/counted_records.h"
 #include "shared/exported.h"
 #include "shared/identity_index.h"
 #include "shared/owned_memory.h"
@@ -25,7 +26,7 @@ namespace mcserver::nvme::controllers {
 namespace {
 
 constexpr char kFunction[] = "get_nvme_controller_info";
-constexpr uint32_t kRecordSize = sizeof(NvmeCtlrInfo);
+using Image = CountedRecords<NvmeCtlrImageHeader, NvmeCtlrInfo>;
 
 // What the previous call left. The host runs one call of a kind at a time, so nothing guards it.
 struct Baseline {
@@ -36,16 +37,9 @@ constinit Baseline baseline;
 
 [[gnu::destructor]] void release_lists() { baseline.lists.release(); }
 
-NvmeCtlrImageHeader *header_of(uint8_t *image) { return reinterpret_cast<NvmeCtlrImageHeader *>(image); }
-
-// The slot behind the records counted so far. The count has 8 bits, so the 257th record lies in slot 0 again.
-NvmeCtlrInfo *next_slot(uint8_t *image) {
-  return reinterpret_cast<NvmeCtlrInfo *>(image + sizeof(NvmeCtlrImageHeader)) + header_of(image)->count;
-}
-
 // Zero-filled room for every record of the file and every controller that may be gone; null when there is no memory.
 void *new_image(uint64_t file_size) {
-  const uint64_t size = file_size + uint64_t{kRecordSize} * baseline.lists.cached_count() + sizeof(NvmeCtlrImageHeader);
+  const uint64_t size = file_size + uint64_t{Image::kRecordSize} * baseline.lists.cached_count() + Image::kHeaderSize;
   if (size > UINT32_MAX) return nullptr;  // more than the target can address
   void *image = malloc(static_cast<size_t>(size));
   if (image) memset_s(image, static_cast<size_t>(size), 0, static_cast<size_t>(size));
@@ -53,10 +47,10 @@ void *new_image(uint64_t file_size) {
 }
 
 void write_header(uint8_t *image, uint8_t state) {
-  NvmeCtlrImageHeader *header = header_of(image);
+  NvmeCtlrImageHeader *header = Image::header_of(image);
   header->state = state;
   header->count = 0;
-  header->record_size = kRecordSize;
+  header->record_size = Image::kRecordSize;
   memset(header->zero, 0, sizeof header->zero);
 }
 
@@ -88,11 +82,8 @@ EXPORTED void add_deleted_nvme_ctlrs(uint8_t *image, uint16_t cur_count, const N
                                      uint16_t cached_count, const NvmeCtlrSummary *cached_list) {
   if (!image || !cur_list || !cached_list) return;
   const Index cur({cur_list, cur_count});
-  for (const NvmeCtlrSummary &entry : std::span(cached_list, cached_count)) {
-    if (cur.find(entry)) continue;
-    write_deleted(entry, next_slot(image));
-    header_of(image)->count++;
-  }
+  for (const NvmeCtlrSummary &entry : std::span(cached_list, cached_count))
+    if (!cur.find(entry)) write_deleted(entry, Image::append(image));
 }
 
 EXPORTED int32_t get_nvme_controller_info(void *ctx, uint8_t *reply, uint32_t reply_size, uint32_t *reply_len,
@@ -126,7 +117,7 @@ EXPORTED int32_t get_nvme_controller_info(void *ctx, uint8_t *reply, uint32_t re
   subsystem.state = state;
 
   SummaryLists<NvmeCtlrSummary> &lists = baseline.lists;
-  switch (lists.reserve(static_cast<uint32_t>(store.size()) / kRecordSize)) {
+  switch (lists.reserve(static_cast<uint32_t>(store.size()) / Image::kRecordSize)) {
     case ListSizing::kCurFailed:
       TRACE(kFunction, 687, "cur_ctlr_list memory allocation failed\n");
       return MC_STORE_UNAVAILABLE;
@@ -140,7 +131,7 @@ EXPORTED int32_t get_nvme_controller_info(void *ctx, uint8_t *reply, uint32_t re
   write_header(image.bytes(), state);
   const Index known({lists.cached(), event ? lists.comparable_count() : size_t{0}});
   // A record that is not counted is overwritten by the next one.
-  while (NvmeCtlrInfo *record = reader.read_into(next_slot(image.bytes()))) {
+  while (NvmeCtlrInfo *record = reader.read_into(Image::next_slot(image.bytes()))) {
     if (!lists.exist()) {
       TRACE(kFunction, 722, "cur_ctlr_list= %p, cached_ctlr_list= %p\n", static_cast<const void *>(lists.cur()),
             static_cast<const void *>(lists.cached()));
@@ -154,7 +145,7 @@ EXPORTED int32_t get_nvme_controller_info(void *ctx, uint8_t *reply, uint32_t re
     if (state_changed)
       SYSTEM_LOG(kNvmeSource, 743, "NVME subsystem state changed, controller_name=%s, modTimestamp=%d\n",
                  ShownRecord(record).text(kControllerName), static_cast<int32_t>(record->mod_timestamp));
-    header_of(image.bytes())->count++;
+    Image::header_of(image.bytes())->count++;
   }
   if (!reader.at_end())
     SYSTEM_LOG(kNvmeSource, 751, "Error reading file %s, %s\n", kNvmeLock.path, strerror(reader.error()));
@@ -166,7 +157,8 @@ EXPORTED int32_t get_nvme_controller_info(void *ctx, uint8_t *reply, uint32_t re
   lists.rotate(lists.cached_count());
 
   constexpr Answer answer = {kFunction, 776, xmlize_nvme_controller};
-  return answer.send(image.bytes(), header_of(image.bytes())->count, ReplyBuffer(ctx, reply, reply_size), reply_len);
+  return answer.send(image.bytes(), Image::header_of(image.bytes())->count, ReplyBuffer(ctx, reply, reply_size),
+                     reply_len);
 }
 
 }  // namespace mcserver::nvme::controllers

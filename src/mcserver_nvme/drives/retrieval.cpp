@@ -9,6 +9,7 @@
 #include "mcserver_nvme/nvme_lock.h"
 #include "mcserver_storage.h"
 #include "records/nvme_drive_record.h"
+#include "shared/counted_records.h"
 #include "shared/exported.h"
 #include "shared/identity_index.h"
 #include "shared/owned_memory.h"
@@ -23,7 +24,7 @@ namespace {
 
 constexpr char kFunction[] = "get_nvme_phy_drive_info";
 constexpr char kStorePath[] = "/var/nvmephydrive_info";
-constexpr uint32_t kRecordSize = sizeof(NvmePhyDriveInfo);
+using Image = CountedRecords<NvmeDriveImageHeader, NvmePhyDriveInfo>;
 
 // What the previous call left. The host runs one call of a kind at a time, so nothing guards it.
 struct Baseline {
@@ -34,27 +35,19 @@ constinit Baseline baseline;
 
 [[gnu::destructor]] void release_lists() { baseline.lists.release(); }
 
-NvmeDriveImageHeader *header_of(uint8_t *image) { return reinterpret_cast<NvmeDriveImageHeader *>(image); }
-
-// The slot behind the records counted so far.
-NvmePhyDriveInfo *next_slot(uint8_t *image) {
-  return reinterpret_cast<NvmePhyDriveInfo *>(image + sizeof(NvmeDriveImageHeader)) + header_of(image)->count;
-}
-
 // Zero-filled room for every record of the file and every drive that may be gone; null when there is no memory.
 void *new_image(uint64_t file_size) {
-  const uint64_t size =
-      file_size + uint64_t{kRecordSize} * baseline.lists.cached_count() + sizeof(NvmeDriveImageHeader);
+  const uint64_t size = file_size + uint64_t{Image::kRecordSize} * baseline.lists.cached_count() + Image::kHeaderSize;
   return size <= UINT32_MAX ? calloc(1, static_cast<size_t>(size)) : nullptr;  // no more than the target can address
 }
 
 void write_header(uint8_t *image, uint8_t state, uint16_t max_entries) {
-  NvmeDriveImageHeader *header = header_of(image);
+  NvmeDriveImageHeader *header = Image::header_of(image);
   header->state = state;
   header->one = 1;
   header->max_entries = max_entries;
   header->count = 0;
-  header->record_size = kRecordSize;
+  header->record_size = Image::kRecordSize;
   memset(header->zero, 0, sizeof header->zero);
 }
 
@@ -102,11 +95,8 @@ EXPORTED void add_deleted_nvme_drives(uint8_t *image, uint16_t cur_count, const 
                                       uint16_t cached_count, const NvmeDriveSummary *cached_list) {
   if (!image || !cur_list || !cached_list) return;
   const Index cur({cur_list, cur_count});
-  for (const NvmeDriveSummary &entry : std::span(cached_list, cached_count)) {
-    if (cur.find(entry)) continue;
-    write_deleted(entry, next_slot(image));
-    header_of(image)->count++;
-  }
+  for (const NvmeDriveSummary &entry : std::span(cached_list, cached_count))
+    if (!cur.find(entry)) write_deleted(entry, Image::append(image));
 }
 
 EXPORTED int32_t get_nvme_phy_drive_info(void *ctx, uint8_t *reply, uint32_t reply_size, uint32_t *reply_len,
@@ -139,7 +129,7 @@ EXPORTED int32_t get_nvme_phy_drive_info(void *ctx, uint8_t *reply, uint32_t rep
   write_header(image.bytes(), state, max_entries);
 
   SummaryLists<NvmeDriveSummary> &lists = baseline.lists;
-  const uint64_t records = reader.remaining() / kRecordSize;
+  const uint64_t records = reader.remaining() / Image::kRecordSize;
   switch (lists.make(max_entries, static_cast<uint32_t>(std::min<uint64_t>(max_entries, records)))) {
     case ListSizing::kCurFailed:
       TRACE(kFunction, 488, "cur_pd_list memory allocation failed\n");
@@ -153,7 +143,7 @@ EXPORTED int32_t get_nvme_phy_drive_info(void *ctx, uint8_t *reply, uint32_t rep
 
   const Index known({lists.cached(), event ? lists.comparable_count() : size_t{0}});
   // A record that is not counted is overwritten by the next one.
-  while (NvmePhyDriveInfo *record = reader.read_into(next_slot(image.bytes()))) {
+  while (NvmePhyDriveInfo *record = reader.read_into(Image::next_slot(image.bytes()))) {
     if (lists.cur_count() >= max_entries) {
       TRACE(kFunction, 512, "Error: File %s has more entries than initially passed max value of %d\n", kStorePath,
             max_entries);
@@ -163,7 +153,7 @@ EXPORTED int32_t get_nvme_phy_drive_info(void *ctx, uint8_t *reply, uint32_t rep
     if (event && !is_new_or_modified(known.find(*record), record->mod_timestamp)) continue;
 
     if (state_changed) SYSTEM_LOG(kNvmeSource, 539, "NVME subsystem state changed");
-    header_of(image.bytes())->count++;
+    Image::header_of(image.bytes())->count++;
   }
   if (!reader.at_end()) TRACE(kFunction, 545, "Error reading file %s, %s\n", kStorePath, strerror(reader.error()));
 
@@ -173,7 +163,7 @@ EXPORTED int32_t get_nvme_phy_drive_info(void *ctx, uint8_t *reply, uint32_t rep
   lists.rotate(max_entries);
   store.release();
 
-  const uint16_t count = header_of(image.bytes())->count;
+  const uint16_t count = Image::header_of(image.bytes())->count;
   if (event && count == 0) return MC_STORE_SUCCESS;
   constexpr Answer answer = {kFunction, 569, xmlize_nvme_phy_drive};
   return answer.send(image.bytes(), count, ReplyBuffer(ctx, reply, reply_size), reply_len);

@@ -4,11 +4,11 @@
 #include <cstdint>
 
 #include "mcserver_storage.h"
-#include "mcserver_storage/reply_layout.h"
+#include "shared/counted_records.h"
 
 namespace mcserver::bbus {
 
-using Layout = ReplyLayout<BbuReplyHeader, StorBbuInfo>;
+using Layout = CountedRecords<BbuReplyHeader, StorBbuInfo>;
 static_assert(Layout::kHeaderSize == 17);
 
 // Bytes 9 to 16 stay as the buffer held them. `record_size` is written as it is given.

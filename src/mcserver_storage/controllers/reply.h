@@ -5,11 +5,11 @@
 #include <cstring>
 
 #include "mcserver_storage.h"
-#include "mcserver_storage/reply_layout.h"
+#include "shared/counted_records.h"
 
 namespace mcserver::controllers {
 
-using Layout = ReplyLayout<StoreReplyHeader, StorCtlrInfo>;
+using Layout = CountedRecords<StoreReplyHeader, StorCtlrInfo>;
 static_assert(Layout::kHeaderSize == 18);
 
 // Bytes 10 to 17 stay as the buffer held them. `record_size` is written as it is given.

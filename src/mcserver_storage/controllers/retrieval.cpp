@@ -7,6 +7,7 @@
 
 #include "mcserver_storage.h"
 #include "mcserver_storage/controllers/reply.h"
+#include "mcserver_storage/gone_devices.h"
 #include "mcserver_storage/storage_lock.h"
 #include "records/controller_record.h"
 #include "shared/exported.h"
@@ -114,7 +115,7 @@ uint32_t count_gone(const Index &cur, std::span<const CtlrSummary> cached) {
 bool make_room_for_gone(ReplyBuffer &reply, uint32_t reported, std::span<const CtlrSummary> cur,
                         std::span<const CtlrSummary> cached) {
   const uint32_t needed =
-      Layout::length_with_gone(reply, reported, cached.size(), [&] { return count_gone(Index(cur), cached); });
+      length_with_gone<Layout>(reply, reported, cached.size(), [&] { return count_gone(Index(cur), cached); });
   return needed <= reply.size() || reply.grow_and_keep(needed) || refuse_reply(needed);
 }
 
@@ -130,11 +131,8 @@ EXPORTED void add_deleted_ctlrs(uint8_t *reply, uint16_t cur_count, const CtlrSu
                                 const CtlrSummary *cached_list) {
   if (!reply || !cur_list || !cached_list) return;
   const Index cur({cur_list, cur_count});
-  for (const CtlrSummary &entry : std::span(cached_list, cached_count)) {
-    if (!is_gone(entry, cur)) continue;
-    write_gone(entry, Layout::next_slot(reply));
-    Layout::header_of(reply)->count++;
-  }
+  for (const CtlrSummary &entry : std::span(cached_list, cached_count))
+    if (is_gone(entry, cur)) write_gone(entry, Layout::append(reply));
 }
 
 EXPORTED int32_t get_store_ctrls(void *ctx, uint8_t *buf, uint32_t bufsize, uint32_t *len, int32_t delta) {

@@ -4,11 +4,11 @@
 #include <cstdint>
 
 #include "mcserver_storage.h"
-#include "mcserver_storage/reply_layout.h"
+#include "shared/counted_records.h"
 
 namespace mcserver::physical_drives {
 
-using Layout = ReplyLayout<PhyDriveReplyHeader, StorPhyDriveInfo>;
+using Layout = CountedRecords<PhyDriveReplyHeader, StorPhyDriveInfo>;
 static_assert(Layout::kHeaderSize == 20);
 
 // Bytes 12 to 19 stay as the buffer held them. The numbers are written as they are given.

@@ -6,6 +6,7 @@
 
 #include "mcserver_storage.h"
 #include "mcserver_storage/entry_point.h"
+#include "mcserver_storage/gone_devices.h"
 #include "mcserver_storage/physical_drives/reply.h"
 #include "mcserver_storage/storage_lock.h"
 #include "records/physical_drive_record.h"
@@ -91,7 +92,7 @@ uint32_t count_gone(const Index &cur, std::span<const PhyDriveSummary> cached) {
 bool make_room_for_gone(ReplyBuffer &reply, uint32_t reported, std::span<const PhyDriveSummary> cur,
                         std::span<const PhyDriveSummary> cached) {
   const uint32_t needed =
-      Layout::length_with_gone(reply, reported, cached.size(), [&] { return count_gone(Index(cur), cached); });
+      length_with_gone<Layout>(reply, reported, cached.size(), [&] { return count_gone(Index(cur), cached); });
   return needed <= reply.size() || reply.grow_and_keep(needed) || refuse_reply(needed, reply);
 }
 
@@ -107,11 +108,8 @@ EXPORTED void add_deleted_drives(uint8_t *reply, uint16_t cur_count, const PhyDr
                                  uint16_t cached_count, const PhyDriveSummary *cached_list) {
   if (!reply || !cur_list || !cached_list) return;
   const Index cur({cur_list, cur_count});
-  for (const PhyDriveSummary &entry : std::span(cached_list, cached_count)) {
-    if (cur.find(entry)) continue;
-    write_gone(entry, Layout::record_at(reply, Layout::header_of(reply)->count));
-    Layout::header_of(reply)->count++;
-  }
+  for (const PhyDriveSummary &entry : std::span(cached_list, cached_count))
+    if (!cur.find(entry)) write_gone(entry, Layout::append(reply));
 }
 
 EXPORTED int32_t get_store_phydrives(void *ctx, uint8_t *buf, uint32_t bufsize, uint32_t *len, int32_t delta) {

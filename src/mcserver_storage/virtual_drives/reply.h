@@ -4,11 +4,11 @@
 #include <cstdint>
 
 #include "mcserver_storage.h"
-#include "mcserver_storage/reply_layout.h"
+#include "shared/counted_records.h"
 
 namespace mcserver::virtual_drives {
 
-using Layout = ReplyLayout<VirtDriveReplyHeader, StorVirtDriveInfo>;
+using Layout = CountedRecords<VirtDriveReplyHeader, StorVirtDriveInfo>;
 static_assert(Layout::kHeaderSize == 17);
 
 // Bytes 9 to 16 stay as the buffer held them. `record_size` is written as it is given.

@@ -114,12 +114,11 @@ void write_gone(const VdSummary &entry, StorVirtDriveInfo *record) {
 }
 
 void append_gone(const VdSummary &entry, uint8_t *reply) {
-  StorVirtDriveInfo *record = Layout::next_slot(reply);
+  StorVirtDriveInfo *record = Layout::append(reply);
   write_gone(entry, record);
   // The time stamp is what the buffer held there, and always has been.
   SYSTEM_LOG(kStorageSource, 1744, "Deleted-Event VD TargetID=%d, name=%.16s mod_timestamp=%d\n", entry.target_id,
              entry.name, static_cast<int32_t>(record->mod_timestamp));
-  Layout::header_of(reply)->count++;
 }
 
 }  // namespace
