@@ -164,15 +164,23 @@ consteval bool label_fits(const Field &field) {
   return label_fits(field, field.label);
 }
 
-// Does the table cover the record from its first byte to its last, without a gap, and does every label fit?
+// Does the table cover the record from its first byte to its last, without a gap?
 template <typename Record, size_t Rows>
-consteval bool describes(const std::array<Field, Rows> &table) {
+consteval bool covers(const std::array<Field, Rows> &table) {
   size_t end = 0;
   for (const Field &field : table) {
-    if (field.offset != end || !label_fits(field)) return false;
+    if (field.offset != end) return false;
     end += field.width;
   }
   return end == sizeof(Record);
+}
+
+// Does it, and does every label fit?
+template <typename Record, size_t Rows>
+consteval bool describes(const std::array<Field, Rows> &table) {
+  for (const Field &field : table)
+    if (!label_fits(field)) return false;
+  return covers<Record>(table);
 }
 
 // The same for an entry of an array.

@@ -8,6 +8,7 @@
 #include "records/nvme_ctlr_record.h"
 #include "records/nvme_drive_record.h"
 #include "records/physical_drive_record.h"
+#include "records/reply_headers.h"
 #include "records/virtual_drive_record.h"
 
 namespace mcstore {
@@ -16,6 +17,17 @@ namespace {
 namespace records = mcserver::records;
 
 constexpr std::string_view kNvmeLock = "/var/nvmectlr_info";
+
+// What the tool needs of a header: each has a count and a record size, some have a state.
+template <const auto &header>
+BinaryLayout layout_of() {
+  const auto state = std::ranges::find(header, std::string_view("state"), &Field::name);
+  return {.header = header,
+          .header_size = header.back().offset + header.back().width,
+          .count = header[row_of(header, "count")],
+          .record_size = header[row_of(header, "record_size")],
+          .state = state == header.end() ? std::nullopt : std::optional(*state)};
+}
 
 Kind controllers() {
   return {
@@ -30,10 +42,7 @@ Kind controllers() {
       .record_size = sizeof(StorCtlrInfo),
       .fields = records::kController,
       .variant = {},
-      .layout = BinaryLayout{.header_size = sizeof(StoreReplyHeader),
-                             .count = FIELD(StoreReplyHeader, count, mcserver::kUnprinted),
-                             .record_size = FIELD(StoreReplyHeader, record_size, mcserver::kUnprinted),
-                             .state = FIELD(StoreReplyHeader, state, mcserver::kUnprinted)},
+      .layout = layout_of<records::kControllerReplyHeader>(),
       .identity = {"index", "serial_number"},
       .label = "controller",
       .gone_field = "controller_status",
@@ -54,10 +63,7 @@ Kind drives() {
       .record_size = sizeof(StorPhyDriveInfo),
       .fields = records::kPhysicalDrive,
       .variant = {},
-      .layout = BinaryLayout{.header_size = sizeof(PhyDriveReplyHeader),
-                             .count = FIELD(PhyDriveReplyHeader, count, mcserver::kUnprinted),
-                             .record_size = FIELD(PhyDriveReplyHeader, record_size, mcserver::kUnprinted),
-                             .state = {}},
+      .layout = layout_of<records::kPhysicalDriveReplyHeader>(),
       .identity = {"controller_index", "slot_num", "serial_num"},
       .label = "serial_num",
       .gone_field = "status",
@@ -79,10 +85,7 @@ Kind bbus() {
       .fields = records::kBbuBattery,
       .variant = Variant{.flag = records::kBbuBattery[row_of(records::kBbuBattery, "capacitor")],
                          .fields = records::kBbuCapacitor},
-      .layout = BinaryLayout{.header_size = sizeof(BbuReplyHeader),
-                             .count = FIELD(BbuReplyHeader, count, mcserver::kUnprinted),
-                             .record_size = FIELD(BbuReplyHeader, record_size, mcserver::kUnprinted),
-                             .state = {}},
+      .layout = layout_of<records::kBbuReplyHeader>(),
       .identity = {"controller_index"},
       .label = "device_name",
       .gone_field = {},
@@ -103,10 +106,7 @@ Kind virtual_drives() {
       .record_size = sizeof(StorVirtDriveInfo),
       .fields = records::kVirtualDrive,
       .variant = {},
-      .layout = BinaryLayout{.header_size = sizeof(VirtDriveReplyHeader),
-                             .count = FIELD(VirtDriveReplyHeader, count, mcserver::kUnprinted),
-                             .record_size = FIELD(VirtDriveReplyHeader, record_size, mcserver::kUnprinted),
-                             .state = {}},
+      .layout = layout_of<records::kVirtualDriveReplyHeader>(),
       .identity = {"guid"},
       .label = "name",
       .gone_field = "status",
@@ -136,20 +136,7 @@ Kind expanders() {
       .record_size = kData[0].width,
       .fields = kData,
       .variant = {},
-      .layout = BinaryLayout{.header_size = 16,
-                             .count = {.name = "count",
-                                       .offset = 2,
-                                       .width = 1,
-                                       .type = FieldType::kUnsigned,
-                                       .label = nullptr,
-                                       .order = ByteOrder::kAsStored},
-                             .record_size = {.name = "record_size",
-                                             .offset = 3,
-                                             .width = 4,
-                                             .type = FieldType::kUnsigned,
-                                             .label = nullptr,
-                                             .order = ByteOrder::kNetwork},
-                             .state = {}},
+      .layout = layout_of<records::kExpanderReplyHeader>(),
       .identity = {"data"},
       .label = "data",
       .gone_field = {},

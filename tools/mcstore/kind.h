@@ -14,9 +14,10 @@ namespace mcstore {
 
 using mcserver::Field;
 
-// Where the header of a packed reply holds what the tool needs. Its numbers are big-endian, in a simulated reply
-// little-endian.
+// The header of a packed reply, and where it holds what the tool needs. Its numbers are big-endian, in a simulated
+// reply little-endian.
 struct BinaryLayout {
+  std::span<const Field> header;
   size_t header_size;
   Field count;
   Field record_size;
