@@ -1,10 +1,13 @@
-// The fields of a controller in the order in which XML and dump show them.
+// The XML elements of controllers, and a controller's fields in the order in which XML and dump show them.
 #pragma once
 
 #include "mcserver_nvme/xml_text.h"
 #include "records/nvme_ctlr_record.h"
 
 namespace mcserver::nvme::controllers {
+
+inline constexpr char kSummaryElement[] = "NVME-ctlr-summary";
+inline constexpr char kElement[] = "NVME-ctlr";
 
 inline constexpr Field kControllerName = records::kNvmeCtlr[row_of(records::kNvmeCtlr, "controller_name")];
 

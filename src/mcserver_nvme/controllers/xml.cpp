@@ -19,7 +19,7 @@ void write_status(XmlText &xml, const SwitchStatus &shown, const char *name, con
 
 void write_controller(XmlText &xml, const NvmeCtlrInfo *record) {
   const ShownRecord shown(record);
-  xml.open("NVME-ctlr");
+  xml.open(kElement);
   xml.attributes(kNameAndType, shown.bytes());
   xml.attributes(kStatusAndDrives, shown.bytes());
   if (is_switch(*record)) {
@@ -50,7 +50,7 @@ EXPORTED void xmlize_nvme_controller(const uint8_t *image, char *out, uint32_t *
   }
 
   XmlText xml(out, *size);
-  xml.open("NVME-ctlr-summary");
+  xml.open(kSummaryElement);
   xml.attribute("count", header->count);
   xml.attribute("state", name_or_empty(header->state, nvme_state_names));
   xml.close();

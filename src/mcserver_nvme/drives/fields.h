@@ -1,10 +1,14 @@
-// The fields of a drive in the order in which XML and dump show them, which is not the record's.
+// The XML elements of drives, and a drive's fields in the order in which XML and dump show them, which is not the
+// record's.
 #pragma once
 
 #include "mcserver_nvme/xml_text.h"
 #include "records/nvme_drive_record.h"
 
 namespace mcserver::nvme::drives {
+
+inline constexpr char kSummaryElement[] = "NVME-phy-drive-summary";
+inline constexpr char kElement[] = "NVME-phy-drive";
 
 inline constexpr auto kShown =
     rows_of(records::kNvmeDrive, "controller_name", "smbios_pcislotname", "product_name", "status", "serial_number",

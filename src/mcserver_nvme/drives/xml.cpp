@@ -28,14 +28,14 @@ EXPORTED void xmlize_nvme_phy_drive(const uint8_t *image, char *out, uint32_t *s
   }
 
   XmlText xml(out, *size);
-  xml.open("NVME-phy-drive-summary");
+  xml.open(kSummaryElement);
   xml.attribute("count", header->count);
   xml.attribute("state", name_or_empty(header->state, nvme_state_names));
   xml.close();
   const auto *records = reinterpret_cast<const NvmePhyDriveInfo *>(header + 1);
   for (uint32_t i = 0; i < header->count; ++i) {
     const ShownRecord shown(records + i);
-    xml.open("NVME-phy-drive");
+    xml.open(kElement);
     xml.attributes(kShown, shown.bytes());
     xml.close();
   }
