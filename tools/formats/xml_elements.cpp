@@ -1,0 +1,65 @@
+#include "formats/xml_elements.h"
+
+#include <fmt/format.h>
+
+#include <span>
+#include <stdexcept>
+#include <string_view>
+
+#include "mcserver_nvme/controllers/fields.h"
+#include "mcserver_nvme/drives/fields.h"
+#include "mcserver_storage.h"
+
+namespace formats {
+namespace {
+
+using mcserver::Field;
+
+// The label "vendor-id: 0x%x\n" makes vendor-id="0x%x", as in the XML itself.
+XmlAttribute attribute(const Field &field) {
+  const std::string_view label = field.label;
+  const size_t colon = label.find(": ");
+  std::string_view value = label.substr(colon + 2);
+  value = value.substr(0, value.find('\n'));
+  return {.text = fmt::format("{}=\"{}\"", label.substr(0, colon), value), .field = field.name};
+}
+
+void append(std::vector<XmlAttribute> &attributes, std::span<const Field> fields) {
+  for (const Field &field : fields) attributes.push_back(attribute(field));
+}
+
+XmlElements controllers() {
+  using namespace mcserver::nvme::controllers;
+  XmlElements xml{.summary = kSummaryElement,
+                  .device = kElement,
+                  .count_width = sizeof(NvmeCtlrImageHeader::count),
+                  .attributes = {},
+                  .switch_attributes = {}};
+  append(xml.attributes, kNameAndType);
+  append(xml.attributes, kStatusAndDrives);
+  append(xml.switch_attributes, kSwitch);
+  append(xml.switch_attributes, std::span(&kSwitchStatus, 1));
+  append(xml.switch_attributes, std::span(&kLinkStatus, 1));
+  return xml;
+}
+
+XmlElements drives() {
+  using namespace mcserver::nvme::drives;
+  XmlElements xml{.summary = kSummaryElement,
+                  .device = kElement,
+                  .count_width = sizeof(NvmeDriveImageHeader::count),
+                  .attributes = {},
+                  .switch_attributes = {}};
+  append(xml.attributes, kShown);
+  return xml;
+}
+
+}  // namespace
+
+XmlElements xml_elements(const mcstore::Kind &kind) {
+  if (kind.name == "nvme-controllers") return controllers();
+  if (kind.name == "nvme-drives") return drives();
+  throw std::logic_error(fmt::format("no XML is known of {}", kind.name));
+}
+
+}  // namespace formats
