@@ -59,9 +59,7 @@ number is little-endian. A field without a line is not printed.
 std::string code(std::string_view text) { return fmt::format("`{}`", text); }
 
 std::string code_list(const std::vector<std::string_view> &names) {
-  std::vector<std::string> texts;
-  for (const std::string_view name : names) texts.push_back(code(name));
-  return fmt::format("{}", fmt::join(texts, ", "));
+  return fmt::format("`{}`", fmt::join(names, "`, `"));
 }
 
 std::string bytes(size_t number) { return fmt::format("{} byte{}", number, number == 1 ? "" : "s"); }
@@ -190,10 +188,10 @@ std::string document() {
 
 int main() {
   try {
-    fmt::print("{}", formats::document());
+    fputs(formats::document().c_str(), stdout);
+    return fflush(stdout) == 0 ? 0 : 1;
   } catch (const std::exception &error) {
-    fmt::print(stderr, "record_formats: {}\n", error.what());
+    fprintf(stderr, "record_formats: %s\n", error.what());
     return 1;
   }
-  return fflush(stdout) == 0 ? 0 : 1;
 }
