@@ -91,6 +91,7 @@ std::string facts(const Kind &kind) {
   }
   text += fact("Record", bytes(kind.record_size));
   if (kind.store_path.empty()) return text;
+  text += fact("Decoder", code(kind.decoder));
   text += fact("Identity", code_list(kind.identity));
   text += fact("A device that is gone", gone_text(kind));
   return text;
