@@ -437,7 +437,7 @@ typedef struct StorBbuInfo {
   uint8_t learn_cycle_requested;        /* 67 */
   int32_t next_learn_cycle;             /* 68 */
   uint8_t capacitor;                    /* 72: which of the two follows */
-  union {
+  __extension__ union {
     StorBbuCapacitor capacitor_data; /* 73: when it is not 0 */
     StorBbuBattery battery_data;     /* 73: when it is 0 */
   };
