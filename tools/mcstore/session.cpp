@@ -4,21 +4,22 @@
 
 #include <cstdio>
 #include <filesystem>
+#include <system_error>
 
 #include "mcserver_storage.h"
 
 namespace mcstore {
 namespace {
 
-constexpr char kPluginName[] = "libmcserver_storage.so";
-
-// Beside the program (a build tree), in the lib directory beside the program's (an installation), or where the dynamic
-// loader looks.
+// Beside the program (a build tree), in the library directory that it was installed with, wherever that has been moved
+// to, or where the dynamic loader looks.
 std::string find_plugin() {
-  const std::filesystem::path here = std::filesystem::read_symlink("/proc/self/exe").parent_path();
-  for (const std::filesystem::path &candidate : {here / kPluginName, here / "../lib" / kPluginName})
+  std::error_code failure;  // a root without /proc
+  const std::filesystem::path here = std::filesystem::read_symlink("/proc/self/exe", failure).parent_path();
+  if (failure) return PLUGIN_NAME;
+  for (const std::filesystem::path &candidate : {here / PLUGIN_NAME, here / PLUGIN_DIRECTORY / PLUGIN_NAME})
     if (std::filesystem::exists(candidate)) return candidate.string();
-  return kPluginName;
+  return PLUGIN_NAME;
 }
 
 const char *meaning(int32_t status) {
