@@ -835,15 +835,16 @@ int running_on_morvik(void);
 /*
  * Turn a copy of a store file into text, for offline inspection: the kind's file in `input_dir`, under the name that it
  * has below /var, into a file of the same name with "_decoded.txt" behind it in `output_dir`. That file is deleted
- * first, whatever happens then. No lock is taken. A path is cut after 319 characters.
+ * first, whatever happens then. No lock is taken. A path is cut after 319 characters, and may then be another file's.
  *
  * The text is that of print_ctlrinfo and its like for each whole record, as far as the file went when its size was
  * taken. For controllers and NVMe devices, two lines come first: the subsystem state, and how many records would make
  * up the file's size.
  *
- * The result is 0. When something goes wrong, a message is printed to stderr and the result is its number of
- * characters, except where the file is closed after the message: then the result is that of fclose. The caller sees
- * from the messages and the text file what was done. A null directory is refused with MC_STORE_UNAVAILABLE.
+ * The result is 0, or EOF when the file cannot be closed. When something goes wrong, a message is printed to stderr and
+ * its number of characters is the result, except for a header that cannot be read, and for physical drives whose size
+ * cannot be told (without a message) or that memory is short for: there it is 0 or EOF as well. What was done shows in
+ * the messages and in the text file. A null directory is refused with MC_STORE_UNAVAILABLE.
  */
 int list_controllers(const char *input_dir, const char *output_dir);
 int list_physical_drives(const char *input_dir, const char *output_dir);

@@ -34,9 +34,10 @@ uint64_t size_of(std::span<const HeaderNumber> header) {
   return size;
 }
 
-// Gives the first byte of the number that comes last. Says which one cannot be read, and then gives nothing.
+// Gives the first byte of the number that comes last: the subsystem state, for the kinds that have one. Says which
+// number cannot be read, and then gives nothing.
 std::optional<uint8_t> read_header(std::span<const HeaderNumber> header, FILE *input, const Path &input_path) {
-  uint8_t bytes[sizeof(uint32_t)] = {};
+  uint8_t bytes[kLongestNumber] = {};
   for (const HeaderNumber &number : header) {
     errno = 0;  // a file that ends here sets none
     if (fread(bytes, number.size, 1, input) == 1) continue;
@@ -80,8 +81,8 @@ int decode(const Decoder &decoder, const char *input_dir, const char *output_dir
   const uint64_t size = static_cast<uint64_t>(about.st_size);
   const uint64_t needed = decoder.records.size + (decoder.records.all_at_once ? size : 0);
   OwnedMemory memory;
-  // When it is asked for shows in what a failure leaves behind: a summary or none.
-  const auto has_memory = [&](Moment now) {
+  // When memory is asked for shows in what a failure leaves behind: a summary or none. False without memory.
+  const auto allocate_if_due = [&](Moment now) {
     if (decoder.allocation == now) memory.take(zeroed(needed));
     return decoder.allocation != now || memory;
   };
@@ -89,11 +90,11 @@ int decode(const Decoder &decoder, const char *input_dir, const char *output_dir
     const int printed = fprintf(stderr, "calloc(%d) failed: %s\n", static_cast<int32_t>(needed), strerror(errno));
     return decoder.failed_allocation == ResultOf::kMessage ? printed : input.close();
   };
-  if (!has_memory(Moment::kBeforeHeader)) return refuse();
+  if (!allocate_if_due(Moment::kBeforeHeader)) return refuse();
   const std::optional<uint8_t> state = read_header(decoder.header, input.get(), input_path);
   if (!state) return input.close();
   if (decoder.summary) append_summary(*decoder.summary, output_path, *state, size / decoder.records.size);
-  if (!has_memory(Moment::kBeforeRecords)) return refuse();
+  if (!allocate_if_due(Moment::kBeforeRecords)) return refuse();
 
   // The header may have been written after the size was taken.
   const uint64_t size_of_records = size - std::min(size, size_of(decoder.header));

@@ -60,6 +60,9 @@ constexpr Records records_one_by_one() {
   };
 }
 
+// A number of the header is at most this long.
+inline constexpr size_t kLongestNumber = sizeof(uint32_t);
+
 enum class Moment { kBeforeHeader, kBeforeRecords };
 enum class ResultOf { kMessage, kClosing };
 
@@ -76,8 +79,8 @@ struct Decoder {
 };
 
 // Decodes the kind's file in one directory into a file in the other one, which is replaced. Prints what goes wrong to
-// standard error. The result is that of closing the input, or of printing the message after which nothing more was
-// done; -35 for a null directory.
+// standard error. The result is that of closing the input or of printing the message, as the kind has it; -35 for a
+// null directory.
 int decode(const Decoder &decoder, const char *input_dir, const char *output_dir);
 
 // Does a message take the path, and nothing else but errno?
@@ -94,11 +97,13 @@ constexpr bool takes_number(std::string_view format) {
   return std::ranges::count(format, '%') == 1 && format.find("%d") != format.npos;
 }
 
-// Do the formats fit what they are printed with?
-consteval bool formats_fit(const Decoder &decoder) {
+// Do the formats fit what they are printed with, and the header's numbers where they are read to?
+consteval bool is_sound(const Decoder &decoder) {
   return takes_path(decoder.unopened) && (!decoder.unknown_size || takes_path(decoder.unknown_size)) &&
          std::ranges::all_of(decoder.header,
-                             [](const HeaderNumber &number) { return takes_path(number.unreadable); }) &&
+                             [](const HeaderNumber &number) {
+                               return number.size <= kLongestNumber && takes_path(number.unreadable);
+                             }) &&
          (!decoder.summary || (takes_number(decoder.summary->state) && takes_number(decoder.summary->count)));
 }
 

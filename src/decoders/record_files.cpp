@@ -11,10 +11,10 @@
 namespace mcserver::decoders {
 namespace {
 
-// How a family tells what it does. What goes wrong goes to standard output, without a line end.
+// What a family prints to standard output.
 struct Manner {
   bool echoes_path;
-  const char *unopened;
+  const char *unopened;  // format of the message, which takes the path; without a line end
 };
 
 constexpr Manner kStorage = {true, "error: unable to open file %s"};

@@ -87,8 +87,8 @@ constexpr Decoder kNvmeDrives = {
     .records = records_one_by_one<NvmePhyDriveInfo, print_nvme_physicaldriveinfo>(),
 };
 
-static_assert(formats_fit(kControllers) && formats_fit(kPhysicalDrives) && formats_fit(kVirtualDrives) &&
-              formats_fit(kBbus) && formats_fit(kNvmeControllers) && formats_fit(kNvmeDrives));
+static_assert(is_sound(kControllers) && is_sound(kPhysicalDrives) && is_sound(kVirtualDrives) && is_sound(kBbus) &&
+              is_sound(kNvmeControllers) && is_sound(kNvmeDrives));
 
 }  // namespace
 

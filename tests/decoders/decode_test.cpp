@@ -51,6 +51,18 @@ TEST_P(EveryDecoder, ReplacesTheTextOfAnEarlierRun) {
   EXPECT_EQ(text(GetParam()), GetParam().text_of(2));
 }
 
+TEST_P(EveryDecoder, AppendsToATextThatCannotBeDeleted) {
+  store(GetParam(), GetParam().file_of(1));
+  files.write_text(output(GetParam()), "old\n");
+  fail("unlink", 1, EACCES);
+
+  const Printed printed = decode(GetParam());
+
+  EXPECT_EQ(text(GetParam()), "old\n" + GetParam().text_of(1));
+  EXPECT_EQ(printed.err, "");
+  EXPECT_EQ(printed.result, 0);
+}
+
 TEST_P(EveryDecoder, LeavesTheInputAsItIs) {
   store(GetParam(), GetParam().file_of(1));
   const std::string before = files.read(input(GetParam()));
@@ -91,6 +103,19 @@ TEST_P(EveryDecoder, WritesTheSummaryAloneWithoutRecords) {
   EXPECT_EQ(files.exists(output(GetParam())), GetParam().has_summary());
   EXPECT_EQ(printed.out, "");
   EXPECT_EQ(printed.result, 0);
+}
+
+// These kinds ask for one record's memory, however large the file is.
+TEST_F(DecoderTest, TheCountIsThatOfAFileOfAnySize) {
+  for (const DecoderKind &kind : {kNvmeControllersDecoder, kNvmeDrivesDecoder}) {
+    store(kind, kind.header);
+    files.resize(input(kind), 0x1'C000'0000);
+    before_call("fread", kind.header.size() > 1 ? 3 : 2, [&] { files.resize(input(kind), kind.header.size()); });
+
+    decode(kind);
+
+    EXPECT_EQ(text(kind).substr(0, kind.summary(0x1'C000'0000).size()), kind.summary(0x1'C000'0000));
+  }
 }
 
 // The header takes part in the division: here it makes up for the byte that the second record lacks.

@@ -26,7 +26,7 @@ TEST_P(HostileInput, ThatGrowsIsDecodedToTheSizeItHad) {
 }
 
 TEST_P(HostileInput, ThatGrowsByPartsOfARecordIsDecodedToItsWholeOnes) {
-  const Bytes partial = GetParam().file_of(1) + GetParam().record.slice(0, 100);
+  const Bytes partial = GetParam().file_of(1) + GetParam().record.slice(0, GetParam().record.size() - 1);
   store(GetParam(), partial);
   before_call("fread", 1, [&] { store(GetParam(), GetParam().file_of(2)); });
 
@@ -78,7 +78,7 @@ TEST_P(HostileInput, ThatIsAPipeHasNoRecords) {
   const std::string pipe = files.real(input(GetParam()));
   ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
   const int writer = open(pipe.c_str(), O_RDWR | O_CLOEXEC);
-  const Bytes content = GetParam().file_of(1).slice(0, 200 < GetParam().file_of(1).size() ? 200 : 161);
+  const Bytes content = GetParam().file_of(1).slice(0, 161);  // any kind has that much, and no pipe too little room
   ASSERT_EQ(write(writer, content.data(), content.size()), static_cast<ssize_t>(content.size()));
 
   const Printed printed = decode(GetParam());

@@ -8,6 +8,7 @@
 namespace tests {
 namespace {
 
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
@@ -116,12 +117,42 @@ TEST_F(Decode, FailsForADirectory) {
 
 TEST_F(Decode, FailsWhenATextCannotBeOpened) {
   store(kDrivesDecoder, kDrivesDecoder.file_of(2));
-  std::filesystem::create_directories(text_path(kDrivesDecoder));
+  files.write_text("/out/storphydrive_info_decoded.txt/inside", "");  // a directory that cannot be removed
 
   const Outcome outcome = decode("drives");
 
   EXPECT_EQ(outcome.out, "drives: cannot write " + text_path(kDrivesDecoder) + "\n");
   EXPECT_EQ(outcome.exit_code, 1);
+}
+
+TEST_F(Decode, FailsWhenATextWithoutRecordsCannotBeOpened) {
+  store(kControllersDecoder, kControllersDecoder.header);
+  store(kBbusDecoder, kBbusDecoder.file_of(1));
+  files.write_text("/out/storctlr_info_decoded.txt/inside", "");  // a directory that cannot be removed
+
+  const Outcome outcome = decode("controllers bbus");
+
+  EXPECT_THAT(outcome.out,
+              StartsWith("controllers: cannot write " + text_path(kControllersDecoder) + "\nbbus: 1 record, "));
+  EXPECT_EQ(outcome.exit_code, 1);
+}
+
+TEST_F(Decode, MindsNoWordsInAPath) {
+  store(kBbusDecoder, kBbusDecoder.file_of(1));
+
+  const Outcome outcome =
+      mcstore("decode " + files.real("/in") + " '" + files.real("/error: unable to open file ") + "' bbus");
+
+  EXPECT_THAT(outcome.out, StartsWith("bbus: 1 record, "));
+  EXPECT_EQ(outcome.exit_code, 0);
+}
+
+TEST_F(Decode, LeavesNoOlderTextOfAFileThatIsMissing) {
+  files.write_text("/out/storBBU_info_decoded.txt", "old");
+
+  EXPECT_THAT(decode("bbus").out, EndsWith("is missing\n"));
+
+  EXPECT_FALSE(files.exists("/out/storBBU_info_decoded.txt"));
 }
 
 TEST_F(Decode, FailsWhenATextCannotBeWrittenInFull) {

@@ -8,11 +8,14 @@
 
 namespace mcstore {
 
-Captured::Captured(FILE *stream) : stream_(stream), file_(tmpfile()) {
-  if (!file_) throw std::system_error(errno, std::generic_category(), "cannot make a temporary file");
+Captured::Captured(FILE *stream) : stream_(stream), file_(tmpfile()), real_(dup(fileno(stream))) {
   fflush(stream_);
-  real_ = dup(fileno(stream_));
-  dup2(fileno(file_), fileno(stream_));
+  if (file_ && real_ != -1 && dup2(fileno(file_), fileno(stream_)) != -1) return;
+
+  const int error = errno;
+  if (file_) fclose(file_);
+  if (real_ != -1) close(real_);
+  throw std::system_error(error, std::generic_category(), "cannot make a temporary file");
 }
 
 Captured::~Captured() {

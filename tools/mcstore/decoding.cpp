@@ -36,6 +36,13 @@ std::string input_path(const std::string &input_dir, const Kind &kind) {
   return input_dir + '/' + fs::path(kind.store_path).filename().string();
 }
 
+// What a decoder prints to standard output when all goes well: for RAID, the path for each record.
+std::string echoes(const Kind &kind, const std::string &output_path, uint64_t records) {
+  std::string lines;
+  for (uint64_t i = 0; kind.layout && i < records; ++i) lines += output_path + '\n';
+  return lines;
+}
+
 std::string first_line(const std::string &text) { return text.substr(0, text.find('\n')); }
 
 }  // namespace
@@ -55,13 +62,17 @@ std::string Decoding::output_path(const Kind &kind) const {
 }
 
 Decoded Decoding::decode(const Kind &kind) {
+  std::error_code ignored;
   const std::string input = input_path(input_dir_, kind);
   Work work{.kind = kind, .output_path = output_path(kind)};
   if (std::max(input.size(), work.output_path.size()) > kLongestPath)
     return {true, fmt::format("paths longer than {} characters cannot be decoded", kLongestPath)};
-  if (!fs::exists(input)) return {false, input + " is missing"};
-  if (!fs::is_regular_file(input)) return {true, input + " is not a file"};
+  fs::remove(work.output_path, ignored);  // an older text would pass for this file's
+  const fs::file_type type = fs::status(input, ignored).type();
+  if (type == fs::file_type::not_found) return {false, input + " is missing"};
+  if (type != fs::file_type::regular && type != fs::file_type::none) return {true, input + " is not a file"};
 
+  const uint64_t size = input_size(input_dir_, kind);
   Captured out(stdout);
   Captured err(stderr);
   work_ = &work;
@@ -70,20 +81,21 @@ Decoded Decoding::decode(const Kind &kind) {
     plugin_.function<Decoder>(std::string(kind.decoder))(input_dir_.c_str(), output_dir_.c_str());
   }
   work_ = nullptr;
-  return judge(work, out.text(), err.text());
+  return judge(work, size, out.text(), err.text());
 }
 
 // The decoder's result does not tell what was written.
-Decoded Decoding::judge(const Work &work, const std::string &out, const std::string &err) const {
-  const uint64_t size = input_size(input_dir_, work.kind);
+Decoded Decoding::judge(const Work &work, uint64_t size, const std::string &out, const std::string &err) {
   const uint64_t size_of_records = size - std::min(size, header_size(work.kind));
   const uint64_t records = size_of_records / work.kind.record_size;
   const uint64_t written = work.openings - std::min<uint64_t>(work.openings, has_summary(work.kind) ? 1 : 0);
 
   if (!err.empty()) return {true, first_line(err)};
-  if (out.find("error: ") != out.npos) return {true, "cannot write " + work.output_path};
   if (work.close_error != 0)
     return {true, fmt::format("cannot write {}: {}", work.output_path, strerror(work.close_error))};
+  const bool all_opened = out == echoes(work.kind, work.output_path, written);
+  if (work.openings > 0 && !(all_opened && fs::is_regular_file(work.output_path)))
+    return {true, "cannot write " + work.output_path};
   if (written < records) return {true, fmt::format("only {} of {} records can be read", written, records)};
 
   const uint64_t rest = size_of_records % work.kind.record_size;

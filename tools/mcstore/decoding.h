@@ -39,7 +39,7 @@ class Decoding : private host::LibcWatcher {
   };
 
   std::string output_path(const Kind &kind) const;
-  Decoded judge(const Work &work, const std::string &out, const std::string &err) const;
+  static Decoded judge(const Work &work, uint64_t size, const std::string &out, const std::string &err);
 
   std::string resolve(const std::string &path) override { return path; }
   host::Verdict before(const std::string &function, const std::string &detail) override;
