@@ -55,18 +55,24 @@ void PluginTest::inject(const std::string &function, int nth, host::Verdict verd
 }
 
 void PluginTest::before_call(const std::string &function, int nth, std::function<void()> action) {
-  hooks_.push_back({function, nth, std::move(action)});
+  hooks_.push_back({function, nth, false, std::move(action)});
+}
+
+void PluginTest::before_calls_from(const std::string &function, int nth, std::function<void()> action) {
+  hooks_.push_back({function, nth, true, std::move(action)});
 }
 
 host::Verdict PluginTest::before(const std::string &function, const std::string &detail) {
   std::string &call = calls_.emplace_back(function);
   if (!detail.empty()) call.append(" ").append(detail);
   for (Hook &hook : hooks_)
-    if (hook.function == function && --hook.calls_to_go == 0) hook.action();
+    if (hook.function == function && (--hook.calls_to_go == 0 || (hook.again && hook.calls_to_go < 0))) hook.action();
 
+  // A sweep injects hundreds of faults; those that have happened are dropped.
   host::Verdict verdict;
   for (Fault &fault : faults_)
     if (fault.function == function && --fault.nth == 0) verdict = fault.verdict;
+  std::erase_if(faults_, [](const Fault &fault) { return fault.nth <= 0; });
   return verdict;
 }
 

@@ -75,6 +75,8 @@ class PluginTest : public testing::Test, private host::LibcWatcher {
   void inject(const std::string &function, int nth, host::Verdict verdict);
   // Runs once, just before the nth call from now on of this libc function.
   void before_call(const std::string &function, int nth, std::function<void()> action);
+  // Runs just before the nth call and before each one after it.
+  void before_calls_from(const std::string &function, int nth, std::function<void()> action);
 
   // The libc calls since the last forget_calls(), as "fopen /var/storctlr_info" or "flock 1".
   const std::vector<std::string> &calls() const { return calls_; }
@@ -100,6 +102,7 @@ class PluginTest : public testing::Test, private host::LibcWatcher {
   struct Hook {
     std::string function;
     int calls_to_go;
+    bool again;
     std::function<void()> action;
   };
 

@@ -10,7 +10,7 @@ namespace tests {
 namespace {
 
 // A buffer can grow in place up to this size. What lies beyond its current size is poisoned for the sanitizer.
-constexpr uint32_t kRoomInPlace = 8u << 20;
+constexpr uint32_t kRoomInPlace = 1u << 20;
 
 }  // namespace
 
