@@ -5,21 +5,20 @@
 #include <cstring>
 
 #include "mcserver_storage.h"
-#include "shared/record_text.h"
 
 namespace mcserver::nvme {
 
-void XmlText::attribute(const Field &field, const uint8_t *record) {
-  const char *const colon = strchr(field.label, ':');
+void XmlText::attribute(const Line &line, const uint8_t *record) {
+  const char *const colon = strchr(line.label, ':');
   const char *const conversion = colon + 2;
   char format[kLongestAttributeFormat];
-  snprintf(format, sizeof format, "%.*s=\"%.*s\" ", static_cast<int>(colon - field.label), field.label,
+  snprintf(format, sizeof format, "%.*s=\"%.*s\" ", static_cast<int>(colon - line.label), line.label,
            static_cast<int>(strcspn(conversion, "\n")), conversion);
-  visit_value(field, record, nvme_status_names, [&](auto shown) { append(format, shown); });
+  visit_value(line, record, nvme_status_names, [&](auto shown) { append(format, shown); });
 }
 
-void XmlText::attributes(std::span<const Field> fields, const uint8_t *record) {
-  for (const Field &field : fields) attribute(field, record);
+void XmlText::attributes(std::span<const Line> lines, const uint8_t *record) {
+  for (const Line &line : lines) attribute(line, record);
 }
 
 void XmlText::append(const char *format, ...) {

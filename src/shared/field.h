@@ -122,9 +122,7 @@ constexpr Field entries(const EntryTable &table, Field field) {
 }
 
 // Is the number passed to its label as a long? Its width differs from one machine to the other.
-constexpr bool takes_long(const Field &field) {
-  return std::string_view(field.label).find("%ld") != std::string_view::npos;
-}
+constexpr bool takes_long(std::string_view label) { return label.find("%ld") != label.npos; }
 
 // The longest field whose bytes are printed.
 inline constexpr size_t kMostPrintedBytes = 64;

@@ -6,7 +6,6 @@
 #include <cerrno>
 #include <cstdint>
 #include <cstdlib>
-#include <numeric>
 #include <span>
 
 #include "shared/owned_memory.h"
@@ -27,6 +26,11 @@ bool is_new_or_modified(const Entry *known, Stamp stamp) {
   return !known || known->mod_timestamp != stamp;
 }
 
+// Fills in the places 0, 1, 2, ... and sorts them by the entries of the list that stand there, and by themselves where
+// those are equal. One function for all kinds: as a template, there would be six copies of it.
+void sort_places(std::span<uint16_t> places, const void *list,
+                 int (*compare)(const void *list, uint16_t a, uint16_t b));
+
 // Gives the answers of first_of(), from the places of the entries in the order of their identities. That is sorted, not
 // hashed, because a file cannot be made to slow it down. `Identity::compare` is less than, equal to or greater than 0
 // like strcmp, for any two of the kind's records and summary entries.
@@ -34,10 +38,9 @@ template <typename Identity, typename Entry>
 class IdentityIndex {
  public:
   explicit IdentityIndex(std::span<const Entry> entries) : entries_(entries), memory_(allocate(entries.size())) {
-    std::iota(places().begin(), places().end(), uint16_t{0});
-    std::sort(places().begin(), places().end(), [&](uint16_t a, uint16_t b) {
-      const int order = Identity::compare(entries_[a], entries_[b]);
-      return order != 0 ? order < 0 : a < b;
+    sort_places(places(), entries_.data(), [](const void *list, uint16_t a, uint16_t b) {
+      const auto *const own = static_cast<const Entry *>(list);
+      return Identity::compare(own[a], own[b]);
     });
   }
 

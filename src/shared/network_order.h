@@ -2,6 +2,7 @@
 #pragma once
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cstdint>
 #include <span>
@@ -15,13 +16,36 @@ static_assert(std::endian::native == std::endian::little, "store files are read 
 inline uint16_t to_big_endian(uint16_t value) { return __builtin_bswap16(value); }
 inline uint32_t to_big_endian(uint32_t value) { return __builtin_bswap32(value); }
 
-// Converts, in place, every field of the record that its table says is in network byte order.
-inline void to_network_order(std::span<const Field> table, void *record) {
-  for (const Field &field : table) {
-    if (field.order != ByteOrder::kNetwork) continue;
-    uint8_t *number = static_cast<uint8_t *>(record) + field.offset;
-    std::reverse(number, number + field.width);
+// Where a number stands in a record: what is left of a table when it comes to converting.
+struct NumberPlace {
+  uint16_t offset;
+  uint16_t width;
+};
+
+template <const auto &table>
+consteval auto places_in_network_order() {
+  std::array<NumberPlace, std::ranges::count(table, ByteOrder::kNetwork, &Field::order)> places = {};
+  size_t filled = 0;
+  for (const Field &field : table)
+    if (field.order == ByteOrder::kNetwork)
+      places[filled++] = {static_cast<uint16_t>(field.offset), static_cast<uint16_t>(field.width)};
+  return places;
+}
+
+template <const auto &table>
+inline constexpr auto kPlacesInNetworkOrder = places_in_network_order<table>();
+
+inline void reverse_numbers(std::span<const NumberPlace> places, void *record) {
+  for (const NumberPlace &place : places) {
+    uint8_t *number = static_cast<uint8_t *>(record) + place.offset;
+    std::reverse(number, number + place.width);
   }
+}
+
+// Converts, in place, every field of the record that its table says is in network byte order.
+template <const auto &table>
+void to_network_order(void *record) {
+  reverse_numbers(kPlacesInNetworkOrder<table>, record);
 }
 
 }  // namespace mcserver

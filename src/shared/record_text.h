@@ -1,6 +1,8 @@
 // The fields of a record as text: what dumps and XML are made of.
 #pragma once
 
+#include <algorithm>
+#include <array>
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
@@ -10,6 +12,30 @@
 #include "shared/field.h"
 
 namespace mcserver {
+
+// What is left of a row when it comes to printing. A name is for people who write inventories, not for the plug-in: as
+// a pointer, it would cost as much room as the rest, and every pointer must be relocated when the plug-in is loaded.
+struct Line {
+  const char *label;
+  uint16_t offset;
+  uint16_t width;
+  FieldType type;
+};
+
+constexpr Line line_of(const Field &field) {
+  return {field.label, static_cast<uint16_t>(field.offset), static_cast<uint16_t>(field.width), field.type};
+}
+
+template <const auto &table>
+consteval auto make_lines() {
+  std::array<Line, table.size()> lines = {};
+  std::ranges::transform(table, lines.begin(), line_of);
+  return lines;
+}
+
+// The lines of a table, in its order.
+template <const auto &table>
+inline constexpr auto lines_of = make_lines<table>();
 
 // A record in file byte order, or a summary entry, that is about to be shown. It is a copy with a NUL behind it: a text
 // that fills its field runs on into the next one, and this keeps it from running out of the record.
@@ -45,20 +71,20 @@ class HexDigits {
   char digits_[2 * kMostPrintedBytes + 1] = {};
 };
 
-// Calls `use` with the value of a field, in the type that the conversion in its label takes. The tables prove that
+// Calls `use` with the value of a line, in the type that the conversion in its label takes. The tables prove that
 // labels and types fit. `record` is a ShownRecord's bytes; `names` are the words for a status.
 template <typename Use>
-void visit_value(const Field &field, const uint8_t *record, const char *const *names, Use use) {
-  const uint8_t *bytes = record + field.offset;
-  switch (field.type) {
+void visit_value(const Line &line, const uint8_t *record, const char *const *names, Use use) {
+  const uint8_t *bytes = record + line.offset;
+  switch (line.type) {
     case FieldType::kUnsigned:
-      if (field.width == 1) return use(*bytes);
-      if (field.width == 2) return use(number_at<uint16_t>(bytes));
-      if (field.width == 4) return use(number_at<uint32_t>(bytes));
+      if (line.width == 1) return use(*bytes);
+      if (line.width == 2) return use(number_at<uint16_t>(bytes));
+      if (line.width == 4) return use(number_at<uint32_t>(bytes));
       return use(number_at<unsigned long long>(bytes));
     case FieldType::kSigned:
-      if (field.width == 1) return use(number_at<int8_t>(bytes));
-      if (takes_long(field)) return use(static_cast<long>(number_at<int32_t>(bytes)));
+      if (line.width == 1) return use(number_at<int8_t>(bytes));
+      if (takes_long(line.label)) return use(static_cast<long>(number_at<int32_t>(bytes)));
       return use(number_at<int32_t>(bytes));
     case FieldType::kText:
       return use(reinterpret_cast<const char *>(bytes));
@@ -71,17 +97,16 @@ void visit_value(const Field &field, const uint8_t *record, const char *const *n
     case FieldType::kAttachment:
       return use(*bytes == 1 ? "Direct Attached" : "Expander Attached");
     case FieldType::kBytes:
-      if (field.label) use(HexDigits(bytes, field.width).c_str());
+      if (line.label) use(HexDigits(bytes, line.width).c_str());
       return;
     case FieldType::kEntries:
       return;
   }
 }
 
-// Prints each field through its label; a field without one prints nothing. A label may show its value twice.
-void print_fields(FILE *stream, std::span<const Field> fields, const uint8_t *record,
-                  const char *const *names = nullptr);
-void print_field(FILE *stream, const Field &field, const uint8_t *record, const char *const *names = nullptr);
+// Prints each value through its label; a line without one prints nothing. A label may show its value twice.
+void print_lines(FILE *stream, std::span<const Line> lines, const uint8_t *record, const char *const *names = nullptr);
+void print_line(FILE *stream, const Line &line, const uint8_t *record, const char *const *names = nullptr);
 
 // Prints the first `count` entries of an array, as far as there are so many.
 void print_entries(FILE *stream, const Field &array, const uint8_t *record, size_t count);

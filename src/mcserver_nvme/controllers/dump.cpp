@@ -19,11 +19,11 @@ EXPORTED void print_nvme_ctlrinfo(const NvmeCtlrInfo *record, FILE *stream) {
   if (!stream) return;  // the caller's error
 
   const ShownRecord shown(record);
-  print_fields(stream, kNameAndType, shown.bytes());
-  print_field(stream, kModTimestamp, shown.bytes());
-  print_fields(stream, kStatusAndDrives, shown.bytes(), nvme_status_names);
+  print_lines(stream, lines_of<kNameAndType>, shown.bytes());
+  print_line(stream, kModTimestamp, shown.bytes());
+  print_lines(stream, lines_of<kStatusAndDrives>, shown.bytes(), nvme_status_names);
   if (is_switch(*record)) {
-    print_fields(stream, kSwitch, shown.bytes());
+    print_lines(stream, lines_of<kSwitch>, shown.bytes());
     const SwitchStatus own(shown.text(kSwitchStatus), kSevereFault);
     fprintf(stream, kSwitchStatus.label, own.status);
     if (own.description) fprintf(stream, "switch-status-desc: %s\n", own.description);

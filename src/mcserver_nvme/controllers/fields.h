@@ -24,6 +24,6 @@ inline constexpr Field kLinkStatus = records::kNvmeCtlr[row_of(records::kNvmeCtl
 static_assert(make_attributes(kNameAndType) && make_attributes(kStatusAndDrives) && make_attributes(kSwitch));
 
 // Only the dump has this.
-inline constexpr Field kModTimestamp = records::kNvmeCtlr[row_of(records::kNvmeCtlr, "mod_timestamp")];
+inline constexpr Line kModTimestamp = line_of(records::kNvmeCtlr[row_of(records::kNvmeCtlr, "mod_timestamp")]);
 
 }  // namespace mcserver::nvme::controllers

@@ -20,10 +20,10 @@ void write_status(XmlText &xml, const SwitchStatus &shown, const char *name, con
 void write_controller(XmlText &xml, const NvmeCtlrInfo *record) {
   const ShownRecord shown(record);
   xml.open(kElement);
-  xml.attributes(kNameAndType, shown.bytes());
-  xml.attributes(kStatusAndDrives, shown.bytes());
+  xml.attributes(lines_of<kNameAndType>, shown.bytes());
+  xml.attributes(lines_of<kStatusAndDrives>, shown.bytes());
   if (is_switch(*record)) {
-    xml.attributes(kSwitch, shown.bytes());
+    xml.attributes(lines_of<kSwitch>, shown.bytes());
     write_status(xml, {shown.text(kSwitchStatus), kSevereFault}, "switch-status", "switch-status-desc");
     write_status(xml, {shown.text(kLinkStatus), kModerateFault}, "link-status", "link-status-desc");
   }

@@ -18,8 +18,8 @@ EXPORTED void print_nvme_pdinfo(const NvmePhyDriveInfo *record, FILE *stream) {
   if (!record) return;  // the caller's error
 
   const ShownRecord shown(record);
-  print_fields(stream, kShown, shown.bytes(), nvme_status_names);
-  print_field(stream, kModTimestamp, shown.bytes());
+  print_lines(stream, lines_of<kShown>, shown.bytes(), nvme_status_names);
+  print_line(stream, kModTimestamp, shown.bytes());
   fflush(stream);
 }
 

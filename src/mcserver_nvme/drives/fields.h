@@ -19,6 +19,6 @@ inline constexpr auto kShown =
 static_assert(make_attributes(kShown));
 
 // Only the dump has this; its line ends the record with an empty one.
-inline constexpr Field kModTimestamp = records::kNvmeDrive[row_of(records::kNvmeDrive, "mod_timestamp")];
+inline constexpr Line kModTimestamp = line_of(records::kNvmeDrive[row_of(records::kNvmeDrive, "mod_timestamp")]);
 
 }  // namespace mcserver::nvme::drives

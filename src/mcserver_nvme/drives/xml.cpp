@@ -36,7 +36,7 @@ EXPORTED void xmlize_nvme_phy_drive(const uint8_t *image, char *out, uint32_t *s
   for (uint32_t i = 0; i < header->count; ++i) {
     const ShownRecord shown(records + i);
     xml.open(kElement);
-    xml.attributes(kShown, shown.bytes());
+    xml.attributes(lines_of<kShown>, shown.bytes());
     xml.close();
   }
   *size = xml.size();

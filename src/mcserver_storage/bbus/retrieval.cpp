@@ -64,8 +64,11 @@ struct Identity {
 };
 using Index = IdentityIndex<Identity, BbuSummary>;
 
-std::span<const Field> table_of(const StorBbuInfo &record) {
-  return record.capacitor ? std::span<const Field>(records::kBbuCapacitor) : records::kBbuBattery;
+void convert(StorBbuInfo *record) {
+  if (record->capacitor)
+    to_network_order<records::kBbuCapacitor>(record);
+  else
+    to_network_order<records::kBbuBattery>(record);
 }
 
 }  // namespace
@@ -118,7 +121,7 @@ EXPORTED int32_t get_store_bbu(void *ctx, uint8_t *buf, uint32_t bufsize, uint32
     summarize(*record, lists.add());
     if (delta == kDelta && !is_new_or_modified(known.find(*record), record->modified_timestamp)) continue;
 
-    to_network_order(table_of(*record), record);
+    convert(record);
     read_tarvo_tfm_vpd(record, header->count);
     print_bbuTFMInfo(record);
     header->count++;

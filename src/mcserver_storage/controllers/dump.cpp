@@ -14,26 +14,26 @@ namespace {
 
 constexpr ListDump kListDump = {"/var/mctool_ctlrdebug", "/var/mctool_ctlrdebug.txt"};
 
-constexpr std::span<const Field> kFields = records::kController;
-constexpr const Field &kIndex = kFields[row_of(records::kController, "index")];
-constexpr const Field &kController = kFields[row_of(records::kController, "controller")];
-constexpr const Field &kSlotName = kFields[row_of(records::kController, "smbios_pcislotname")];
-constexpr const Field &kProductName = kFields[row_of(records::kController, "product_name")];
-constexpr const Field &kIsSupported = kFields[row_of(records::kController, "is_supported")];
-constexpr std::span kTheRest = kFields.subspan(row_of(records::kController, "reason_not_supported"));
+constexpr std::span<const Line> kLines = lines_of<records::kController>;
+constexpr const Line &kIndex = kLines[row_of(records::kController, "index")];
+constexpr const Line &kController = kLines[row_of(records::kController, "controller")];
+constexpr const Line &kSlotName = kLines[row_of(records::kController, "smbios_pcislotname")];
+constexpr const Line &kProductName = kLines[row_of(records::kController, "product_name")];
+constexpr const Line &kIsSupported = kLines[row_of(records::kController, "is_supported")];
+constexpr std::span kTheRest = kLines.subspan(row_of(records::kController, "reason_not_supported"));
 
 void print_record(const StorCtlrInfo *record, FILE *stream) {
   const ShownRecord shown(record);
-  print_field(stream, kController, shown.bytes());
-  print_field(stream, kSlotName, shown.bytes());
+  print_line(stream, kController, shown.bytes());
+  print_line(stream, kSlotName, shown.bytes());
   if (record->is_supported != 1) {
-    print_field(stream, kIsSupported, shown.bytes());  // "true" here means neither 0 nor 1
+    print_line(stream, kIsSupported, shown.bytes());  // "true" here means neither 0 nor 1
     return;
   }
-  print_field(stream, kIndex, shown.bytes());
-  print_field(stream, kProductName, shown.bytes());
-  print_field(stream, kIsSupported, shown.bytes());
-  print_fields(stream, kTheRest, shown.bytes());
+  print_line(stream, kIndex, shown.bytes());
+  print_line(stream, kProductName, shown.bytes());
+  print_line(stream, kIsSupported, shown.bytes());
+  print_lines(stream, kTheRest, shown.bytes());
 }
 
 void print_entry(const CtlrSummary *entry, FILE *stream) { fprintf(stream, "[%d]  ", entry->index); }

@@ -188,7 +188,7 @@ EXPORTED int32_t get_store_ctrls(void *ctx, uint8_t *buf, uint32_t bufsize, uint
     if (state_changed)
       SYSTEM_LOG(kStorageSource, 989, "Storage subsystem state changed, ctlr_index=%d, modTimestamp=%d\n",
                  record->index, record->mod_timestamp);
-    to_network_order(records::kController, record);
+    to_network_order<records::kController>(record);
     Layout::header_of(reply.bytes())->count++;
     reported++;
   }

@@ -36,9 +36,9 @@ static_assert(kBeforeTemperature.size() + kTemperature.size() + kAfterTemperatur
 void print_record(const StorPhyDriveInfo *record, FILE *stream) {
   const ShownRecord shown(record);
   fprintf(stream, "\n\n\nPhysical Drive ===================**************===============\n\n\n");
-  print_fields(stream, kBeforeTemperature, shown.bytes());
-  if (record->temp_valid) print_fields(stream, kTemperature, shown.bytes());
-  print_fields(stream, kAfterTemperature, shown.bytes());
+  print_lines(stream, lines_of<kBeforeTemperature>, shown.bytes());
+  if (record->temp_valid) print_lines(stream, lines_of<kTemperature>, shown.bytes());
+  print_lines(stream, lines_of<kAfterTemperature>, shown.bytes());
 }
 
 // A serial number that fills its field runs on to the end of the entry at most.

@@ -159,7 +159,7 @@ EXPORTED int32_t get_store_phydrives(void *ctx, uint8_t *buf, uint32_t bufsize, 
     summarize(*record, lists.add());
     if (delta == kDelta && !is_new_or_modified(known.find(*record), record->mod_timestamp)) continue;
 
-    to_network_order(records::kPhysicalDrive, record);
+    to_network_order<records::kPhysicalDrive>(record);
     Layout::header_of(reply.bytes())->count = ++count;
     reported++;
   }

@@ -15,22 +15,24 @@ namespace {
 
 constexpr ListDump kListDump = {"/var/mctool_vddebug", "/var/mctool_vddebug.txt", ""};  // each entry is a line
 
-constexpr std::span<const Field> kFields = records::kVirtualDrive;
-constexpr size_t kMembers = row_of(records::kVirtualDrive, "pd");
+constexpr std::span<const Line> kLines = lines_of<records::kVirtualDrive>;
+constexpr size_t kMembersRow = row_of(records::kVirtualDrive, "pd");
 constexpr size_t kHotSpareCount = row_of(records::kVirtualDrive, "num_hot_spares");
-constexpr size_t kHotSpares = row_of(records::kVirtualDrive, "hot_spares");
-constexpr size_t kMembersV5 = row_of(records::kVirtualDrive, "pd_v5");
+constexpr size_t kHotSparesRow = row_of(records::kVirtualDrive, "hot_spares");
+constexpr Field kMembers = records::kVirtualDrive[kMembersRow];
+constexpr Field kMembersV5 = records::kVirtualDrive[row_of(records::kVirtualDrive, "pd_v5")];
+constexpr Field kHotSpares = records::kVirtualDrive[kHotSparesRow];
 
 // The order of the record, but with all member drives together.
 void print_record(const StorVirtDriveInfo *record, FILE *stream) {
   const ShownRecord shown(record);
   fprintf(stream, "\n\n\nVirtual Drive ===================**************===============\n\n\n");
-  print_fields(stream, kFields.first(kMembers), shown.bytes());
-  print_entries(stream, kFields[kMembers], shown.bytes(), record->num_physical_drives);
-  print_entries(stream, kFields[kMembersV5], shown.bytes(), record->num_physical_drives);
-  print_field(stream, kFields[kHotSpareCount], shown.bytes());
-  print_entries(stream, kFields[kHotSpares], shown.bytes(), record->num_hot_spares);
-  print_fields(stream, kFields.subspan(kHotSpares + 1), shown.bytes());
+  print_lines(stream, kLines.first(kMembersRow), shown.bytes());
+  print_entries(stream, kMembers, shown.bytes(), record->num_physical_drives);
+  print_entries(stream, kMembersV5, shown.bytes(), record->num_physical_drives);
+  print_line(stream, kLines[kHotSpareCount], shown.bytes());
+  print_entries(stream, kHotSpares, shown.bytes(), record->num_hot_spares);
+  print_lines(stream, kLines.subspan(kHotSparesRow + 1), shown.bytes());
 }
 
 // A text that fills its field runs on to the end of the entry at most.

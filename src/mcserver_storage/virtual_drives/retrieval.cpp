@@ -97,7 +97,7 @@ static_assert(kConvertedFirst.size() + kConvertedLast.size() ==
 // Entries beyond the count stay as the file has them.
 void convert_hot_spares(StorVirtDriveInfo *record) {
   for (VdHotSpare &spare : std::span(record->hot_spares).first(record->num_hot_spares))
-    to_network_order(records::kHotSpare, &spare);
+    to_network_order<records::kHotSpare>(&spare);
 }
 
 bool is_all_zeros(const char (&guid)[33]) {
@@ -196,13 +196,13 @@ EXPORTED int32_t get_store_virtdrives(void *ctx, uint8_t *buf, uint32_t bufsize,
   while (StorVirtDriveInfo *record = reader.read_into(Layout::next_slot(reply.bytes()))) {
     if (!lists.exist()) break;
     print_vdinfo(record, nullptr);
-    to_network_order(kConvertedFirst, record);
+    to_network_order<kConvertedFirst>(record);
     if (delta == kDelta && !is_new_or_modified(known.find(*record), record->mod_timestamp)) continue;
 
     if (is_all_zeros(record->guid))
       SYSTEM_LOG(kStorageSource, 1935, "guidAllZeroes: ctlrIdx=%d, targetId=%d, guid=%s\n", record->controller_index,
                  record->target_id, ShownRecord(record).text_at(offsetof(StorVirtDriveInfo, guid)));
-    to_network_order(kConvertedLast, record);
+    to_network_order<kConvertedLast>(record);
     convert_hot_spares(record);
     header->count++;
   }
