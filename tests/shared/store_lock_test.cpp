@@ -110,6 +110,31 @@ TEST_F(StoreLock, OpensAnotherFileUnderTheSameLock) {
   release(taken);
 }
 
+TEST_F(StoreLock, TellsATimeAfter2038) {
+  files.write(kLockFile, Bytes().text("lock file", 9), 4102444800);
+  Taken taken;
+
+  const int32_t status = take(taken);
+
+  EXPECT_EQ(status, 0);
+  EXPECT_EQ(taken.stat.st_mtime, 4102444800);
+  release(taken);
+}
+
+TEST_F(StoreLock, OpensAFileOfOver2GiB) {
+  files.resize(kOtherFile, 0x80000005u);
+  Taken taken;
+
+  const int32_t status = take(taken, kOtherFile);
+
+  EXPECT_EQ(status, 0);
+  EXPECT_EQ(taken.stat.st_size, 0x80000005);
+  EXPECT_EQ(fseeko(taken.data_stream, -1, SEEK_END), 0);
+  EXPECT_EQ(ftello(taken.data_stream), 0x80000004);
+  EXPECT_EQ(content(taken.data_stream), std::string(1, '\0'));
+  release(taken);
+}
+
 TEST_F(StoreLock, NeedsNoPlaceForADataStreamWithoutAPath) {
   Taken taken;
 

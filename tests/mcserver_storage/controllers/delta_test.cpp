@@ -64,6 +64,19 @@ TEST_F(DeltaControllers, AnUnchangedFileIsAnsweredAtOnceWithNothing) {
   EXPECT_THAT(calls(), Not(Contains("fread")));
 }
 
+// The low 32 bits of these times are alike.
+TEST_F(DeltaControllers, ATimeAfter2038IsNotTakenForOneBefore) {
+  remember({numbered(0)});
+
+  store(kReady, {numbered(0, 2)}, 1000 + (int64_t{1} << 32));
+  const Reply after = delta();
+  store(kReady, {numbered(0, 3)}, 1000);
+  const Reply before = delta();
+
+  EXPECT_EQ(after.bytes(), controller_reply(kReady, {numbered(0, 2)}));
+  EXPECT_EQ(before.bytes(), controller_reply(kReady, {numbered(0, 3)}));
+}
+
 TEST_F(DeltaControllers, ATimeThatDidNotMoveHidesEveryChange) {
   remember({numbered(0)});
   store(kNotReady, {numbered(0, 2), numbered(1)}, 1000);
