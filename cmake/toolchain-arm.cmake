@@ -1,6 +1,9 @@
-# Production: 32-bit little-endian ARM Linux, run here under qemu-user.
+# Production: 32-bit little-endian ARM Linux, run here under qemu-user. Hard float unless the includer says otherwise.
+if(NOT triplet)
+  set(triplet arm-linux-gnueabihf)
+endif()
 set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_SYSTEM_PROCESSOR arm)
-set(CMAKE_C_COMPILER arm-linux-gnueabihf-gcc)
-set(CMAKE_CXX_COMPILER arm-linux-gnueabihf-g++)
-set(CMAKE_CROSSCOMPILING_EMULATOR qemu-arm -L /usr/arm-linux-gnueabihf)
+set(CMAKE_C_COMPILER ${triplet}-gcc)
+set(CMAKE_CXX_COMPILER ${triplet}-g++)
+set(CMAKE_CROSSCOMPILING_EMULATOR qemu-arm -L /usr/${triplet})
