@@ -31,7 +31,7 @@ _mcstore() {
     get:-*) _mcstore_offer --format "$options" ;;
     watch:-*) _mcstore_offer --interval --count "$options" ;;
     collect:-*) _mcstore_offer --root --at --help ;;
-    decode:-*) _mcstore_offer --help ;;
+    decode:-*) _mcstore_offer --plugin --help ;;
     get:* | watch:*) _mcstore_offer "$kinds" ;;
     collect:*) _mcstore_files -f ;;
     decode:*) if ((COMP_CWORD < 4)); then _mcstore_files -d; else _mcstore_offer "$stored_kinds"; fi ;;
