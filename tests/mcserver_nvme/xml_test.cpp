@@ -98,6 +98,16 @@ TEST_F(Xml, AStatusThatBeginsWithOptimalIsShownAsItIs) {
               EndsWith("switch-temperature=\"45\" switch-status=\"Optimal, running\" link-status=\"Optimally\" />"));
 }
 
+TEST_F(Xml, SevenCharactersMakeItOptimal) {
+  NvmeController controller = kSwitch;
+  controller.switch_status = "Optimax";
+  controller.link_status = "Optima";
+
+  EXPECT_THAT(controllers(4, {controller.stored()}),
+              EndsWith("switch-status=\"Severe_Fault\" switch-status-desc=\"Optimax\" link-status=\"Moderate_Fault\" "
+                       "link-status-desc=\"Optima\" />"));
+}
+
 TEST_F(Xml, TheTwoFaultsHaveDifferentWords) {
   NvmeController controller = kSwitch;
   controller.switch_status = "";

@@ -22,17 +22,26 @@ int memset_s(void *dest, size_t dest_size, int fill, size_t count) {
   return 0;
 }
 
-// The watcher sees this one too: it marks where a gone device is written.
+namespace {
+
+// The watcher sees the copies too: they mark where a gone device is written, and where a text is handed over.
+void tell_watcher(const char *function) {
+  const host::HostScope not_the_plugin;
+  if (not_the_plugin.suspended()) not_the_plugin.suspended()->before(function, "");
+}
+
+}  // namespace
+
 // Copies up to the NUL and pads with NULs, like strncpy: a name that fills its field is kept whole.
 int strncpy_s(char *dest, size_t dest_size, const char *src, size_t count) {
-  const host::HostScope not_the_plugin;
-  if (not_the_plugin.suspended()) not_the_plugin.suspended()->before("strncpy_s", "");
+  tell_watcher("strncpy_s");
   if (count > dest_size) return ERANGE;
   strncpy(dest, src, count);
   return 0;
 }
 
 int memcpy_s(void *dest, size_t dest_size, const void *src, size_t count) {
+  tell_watcher("memcpy_s");
   if (count > dest_size) return ERANGE;
   memcpy(dest, src, count);
   return 0;

@@ -64,7 +64,7 @@ TEST_F(NvmeControllers, TheFileIsReadUnderItsOwnLock) {
   full();
 
   EXPECT_THAT(calls(), ElementsAre("fopen /var/nvmectlr_info", "fileno", "flock 1", "stat /var/nvmectlr_info", "malloc",
-                                   "fread", "fread", "fread", "flock 8", "fclose", "calloc"));
+                                   "fread", "fread", "fread", "flock 8", "fclose", "calloc", "memcpy_s"));
 }
 
 TEST_F(NvmeControllers, ABufferOfExactlyTheTextIsEnough) {

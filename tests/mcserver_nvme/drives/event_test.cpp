@@ -154,7 +154,7 @@ TEST_F(NvmeDriveEvents, TheFileIsUnlockedBeforeTheTextIsMade) {
 
   EXPECT_THAT(calls(), ElementsAre("fopen /var/nvmectlr_info", "fileno", "flock 1", "stat /var/nvmectlr_info",
                                    "stat /var/nvmephydrive_info", "fopen /var/nvmephydrive_info", "fread", "calloc",
-                                   "fread", "fread", "flock 8", "fclose", "fclose", "calloc"));
+                                   "fread", "fread", "flock 8", "fclose", "fclose", "calloc", "memcpy_s"));
 }
 
 TEST_F(NvmeDriveEvents, TheFirstEntryThatMatchesDecides) {

@@ -22,8 +22,11 @@ TEST_F(NvmeDriveFailures, AMissingFileIsNoData) {
 }
 
 TEST_F(NvmeDriveFailures, AShortHeaderIsNoDataAndMovesTheTime) {
+  trace_at(3);
   store(Bytes().fill(4, 1), 2000);
   EXPECT_EQ(full().status, -37);
+  EXPECT_EQ(trace(), "");
+  EXPECT_THAT(system_log(), IsEmpty());
   store(nvme_drive_file(kMainPower, {NvmeDrive()}), 2000);
 
   const Reply reply = event();
