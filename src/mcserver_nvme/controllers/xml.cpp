@@ -2,12 +2,10 @@
 
 #include "mcserver_nvme/controllers/fields.h"
 #include "mcserver_nvme/controllers/switch_status.h"
-#include "mcserver_nvme/xml_text.h"
+#include "mcserver_nvme/rendering.h"
 #include "mcserver_storage.h"
-#include "shared/enum_name.h"
 #include "shared/exported.h"
 #include "shared/record_text.h"
-#include "shared/trace.h"
 
 namespace mcserver::nvme::controllers {
 namespace {
@@ -33,30 +31,8 @@ void write_controller(XmlText &xml, const NvmeCtlrInfo *record) {
 }  // namespace
 
 EXPORTED void xmlize_nvme_controller(const uint8_t *image, char *out, uint32_t *size) {
-  constexpr char function[] = "xmlize_nvme_controller";
-  if (!out || !size) {
-    TRACE(function, 134, "No buffer passed in to generate xml\n");
-    return;
-  }
-  if (!image) {
-    *size = 0;  // the caller's error
-    return;
-  }
-  const auto *header = reinterpret_cast<const NvmeCtlrImageHeader *>(image);
-  if (*size < xml_capacity(header->count)) {
-    *size = 0;
-    TRACE(function, 139, "Buffer passed in to generate xml is smaller than required\n");
-    return;
-  }
-
-  XmlText xml(out, *size);
-  xml.open(kSummaryElement);
-  xml.attribute("count", header->count);
-  xml.attribute("state", name_or_empty(header->state, nvme_state_names));
-  xml.close();
-  const auto *records = reinterpret_cast<const NvmeCtlrInfo *>(header + 1);
-  for (uint32_t i = 0; i < header->count; ++i) write_controller(xml, records + i);
-  *size = xml.size();
+  constexpr Rendering how = {"xmlize_nvme_controller", 134, 139, kSummaryElement};
+  render<NvmeCtlrImageHeader, NvmeCtlrInfo>(how, image, out, size, write_controller);
 }
 
 }  // namespace mcserver::nvme::controllers
