@@ -30,7 +30,7 @@ struct DecoderKind {
     return file;
   }
   // What the lines in front of the records are for a file of this size.
-  std::string summary(size_t size) const {
+  std::string summary(uint64_t size) const {
     if (!has_summary()) return {};
     return state_line + count_line + std::to_string(size / record.size()) + "\n";
   }

@@ -65,6 +65,9 @@ void PluginTest::before_calls_from(const std::string &function, int nth, std::fu
 host::Verdict PluginTest::before(const std::string &function, const std::string &detail) {
   std::string &call = calls_.emplace_back(function);
   if (!detail.empty()) call.append(" ").append(detail);
+  if (function.ends_with("_s")) {
+    EXPECT_EQ(call.find(" of "), call.npos) << call;
+  }
   for (Hook &hook : hooks_)
     if (hook.function == function && (--hook.calls_to_go == 0 || (hook.again && hook.calls_to_go < 0))) hook.action();
 

@@ -25,7 +25,7 @@ class LibcWatcher {
   virtual std::string resolve(const std::string &path) = 0;
 
   // Called before each libc call. `function` is the plain name (fopen, not fopen64); `detail` is the path, for those
-  // that take one, or the operation of an flock.
+  // that take one, the operation of an flock, or the size of a bounded copy ("31", or "16 of 31" if the two differ).
   virtual Verdict before(const std::string &function, const std::string &detail) = 0;
 
   // Called after an fclose that failed by itself: what was written may not all be in the file.

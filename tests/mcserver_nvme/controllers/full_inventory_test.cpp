@@ -64,7 +64,8 @@ TEST_F(NvmeControllers, TheFileIsReadUnderItsOwnLock) {
   full();
 
   EXPECT_THAT(calls(), ElementsAre("fopen /var/nvmectlr_info", "fileno", "flock 1", "stat /var/nvmectlr_info", "malloc",
-                                   "fread", "fread", "fread", "flock 8", "fclose", "calloc", "memcpy_s"));
+                                   "memset_s 539", "fread", "fread", "fread", "flock 8", "fclose", "memset_s 28",
+                                   "calloc", "memcpy_s 150"));
 }
 
 TEST_F(NvmeControllers, ABufferOfExactlyTheTextIsEnough) {

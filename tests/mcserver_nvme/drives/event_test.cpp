@@ -152,9 +152,10 @@ TEST_F(NvmeDriveEvents, TheFileIsUnlockedBeforeTheTextIsMade) {
 
   full();
 
-  EXPECT_THAT(calls(), ElementsAre("fopen /var/nvmectlr_info", "fileno", "flock 1", "stat /var/nvmectlr_info",
-                                   "stat /var/nvmephydrive_info", "fopen /var/nvmephydrive_info", "fread", "calloc",
-                                   "fread", "fread", "flock 8", "fclose", "fclose", "calloc", "memcpy_s"));
+  EXPECT_THAT(calls(),
+              ElementsAre("fopen /var/nvmectlr_info", "fileno", "flock 1", "stat /var/nvmectlr_info",
+                          "stat /var/nvmephydrive_info", "fopen /var/nvmephydrive_info", "fread", "calloc", "fread",
+                          "fread", "memset_s 84", "flock 8", "fclose", "fclose", "calloc", "memcpy_s 529"));
 }
 
 TEST_F(NvmeDriveEvents, TheFirstEntryThatMatchesDecides) {

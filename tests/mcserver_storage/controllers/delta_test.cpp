@@ -374,8 +374,8 @@ TEST_F(DeltaControllers, AMissingFileLeavesTheBaseline) {
 }
 
 TEST_F(DeltaControllers, AFailedLockLeavesTheBaseline) {
-  remember({numbered(0)});
-  store(kReady, {numbered(0, 2)}, 2000);
+  remember({numbered(0), numbered(1)});
+  store(kReady, {numbered(0, 2), numbered(1)}, 2000);
   fail("flock", 1, EINTR);
   EXPECT_EQ(delta().status, -35);
 
@@ -383,8 +383,8 @@ TEST_F(DeltaControllers, AFailedLockLeavesTheBaseline) {
 }
 
 TEST_F(DeltaControllers, AFailedFullCallLeavesTheBaselineToo) {
-  remember({numbered(0)});
-  store(kReady, {numbered(0, 2)}, 2000);
+  remember({numbered(0), numbered(1)});
+  store(kReady, {numbered(0, 2), numbered(1)}, 2000);
   fail("fopen", 1, EACCES);
   EXPECT_EQ(full().status, -35);
 
@@ -392,14 +392,14 @@ TEST_F(DeltaControllers, AFailedFullCallLeavesTheBaselineToo) {
 }
 
 TEST_F(DeltaControllers, ARefusedGrowthMovesTheTimeAndNothingElse) {
-  remember({numbered(0)}, kNotReady);
-  store(kReady, {numbered(0, 2)}, 2000);
+  remember({numbered(0), numbered(1)}, kNotReady);
+  store(kReady, {numbered(0, 2), numbered(1)}, 2000);
   EXPECT_EQ(delta({.size = 8, .growth = {Growth::kRefuse}}).status, -13);
 
   EXPECT_EQ(delta().length, 0u);
   EXPECT_THAT(system_log(), IsEmpty());
 
-  store(kReady, {numbered(0, 2)}, 3000);
+  store(kReady, {numbered(0, 2), numbered(1)}, 3000);
   EXPECT_EQ(delta().bytes(), controller_reply(kReady, {numbered(0, 2)}));
   EXPECT_THAT(system_log(), Contains(state_changed("prevState(1), newState(2), prevModTime(" + kTime2000 +
                                                    "), curModTime(" + kTime3000 + ")")));
@@ -413,8 +413,8 @@ TEST_F(DeltaControllers, ARefusedGrowthOfAFullCallMovesTheTimeToo) {
 }
 
 TEST_F(DeltaControllers, AnUnreadableStateMovesTheTimeAndNothingElse) {
-  remember({numbered(0)}, kNotReady);
-  store(kReady, {numbered(0, 2)}, 2000);
+  remember({numbered(0), numbered(1)}, kNotReady);
+  store(kReady, {numbered(0, 2), numbered(1)}, 2000);
   fail("fread", 1, EIO);
   const Reply failed = delta();
   EXPECT_EQ(failed.status, -37);
@@ -423,7 +423,7 @@ TEST_F(DeltaControllers, AnUnreadableStateMovesTheTimeAndNothingElse) {
   EXPECT_EQ(delta().length, 0u);
   EXPECT_THAT(system_log(), IsEmpty());
 
-  store(kReady, {numbered(0, 2)}, 3000);
+  store(kReady, {numbered(0, 2), numbered(1)}, 3000);
   EXPECT_EQ(delta().bytes(), controller_reply(kReady, {numbered(0, 2)}));
   EXPECT_THAT(system_log(), Contains(state_changed("prevState(1), newState(2), prevModTime(" + kTime2000 +
                                                    "), curModTime(" + kTime3000 + ")")));

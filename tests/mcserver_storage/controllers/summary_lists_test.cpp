@@ -246,7 +246,10 @@ TEST_P(NoMemoryAt, TheCurListLeavesNothingToCompareForAFileWithoutRecords) {
   grow_in_vain(kCur, verdict());
   store(kReady, {}, 3000);
 
-  EXPECT_EQ(delta().bytes(), controller_header(kReady, 0));
+  const Reply reply = delta({.size = 18});
+
+  EXPECT_EQ(reply.bytes(), controller_header(kReady, 0));
+  EXPECT_THAT(reply.requests, testing::ElementsAre(19));  // and not again, for room that no gone one needs
 }
 
 TEST_P(NoMemoryAt, TheCachedListMakesEveryRecordNewAndNoneGone) {
