@@ -1,4 +1,4 @@
-# What every target of this project is compiled with: link to mcs_build_flags.
+# What is shipped is compiled with mcs_build_flags, tests with mcs_test_flags.
 add_library(mcs_warnings INTERFACE)
 target_compile_options(mcs_warnings INTERFACE
   -Wall -Wextra -Wpedantic -Wconversion -Wshadow
@@ -8,10 +8,15 @@ target_compile_options(mcs_warnings INTERFACE
 
 add_library(mcs_build_flags INTERFACE)
 target_link_libraries(mcs_build_flags INTERFACE mcs_warnings)
+
+# Sanitizers look at what is under test. In the tests themselves they would cost as much time again.
+add_library(mcs_test_flags INTERFACE)
+target_link_libraries(mcs_test_flags INTERFACE mcs_warnings)
 if(MCS_SANITIZERS)
   target_compile_options(mcs_build_flags INTERFACE
     -fsanitize=${MCS_SANITIZERS} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(mcs_build_flags INTERFACE -fsanitize=${MCS_SANITIZERS})
+  target_link_options(mcs_test_flags INTERFACE -fsanitize=${MCS_SANITIZERS})
 endif()
 
 # The same interface on 32-bit systems as on 64-bit ones. libc_stand_ins.cpp is the one file that does without.
