@@ -22,4 +22,12 @@ uint32_t length_with_gone(const ReplyBuffer &reply, uint32_t reported, size_t ca
   return length_with(cached) <= reply.size() ? length_with(cached) : length_with(count_gone());
 }
 
+// Makes room for the gone devices behind the `reported` ones: the first request did not cover them, and without room
+// they would run past the host's buffer. False when the host refuses; `refuse` tells of the length that was needed.
+template <typename Layout, typename CountGone, typename Refuse>
+bool make_room_for_gone(ReplyBuffer &reply, uint32_t reported, size_t cached, CountGone count_gone, Refuse refuse) {
+  const uint32_t needed = length_with_gone<Layout>(reply, reported, cached, count_gone);
+  return needed <= reply.size() || reply.grow_and_keep(needed) || refuse(needed);
+}
+
 }  // namespace mcserver

@@ -110,15 +110,6 @@ uint32_t count_gone(const Index &cur, std::span<const CtlrSummary> cached) {
       std::count_if(cached.begin(), cached.end(), [&](const CtlrSummary &entry) { return is_gone(entry, cur); }));
 }
 
-// Makes room for the gone controllers behind the reported ones: the first request did not cover them, and without room
-// they would run past the host's buffer.
-bool make_room_for_gone(ReplyBuffer &reply, uint32_t reported, std::span<const CtlrSummary> cur,
-                        std::span<const CtlrSummary> cached) {
-  const uint32_t needed =
-      length_with_gone<Layout>(reply, reported, cached.size(), [&] { return count_gone(Index(cur), cached); });
-  return needed <= reply.size() || reply.grow_and_keep(needed) || refuse_reply(needed);
-}
-
 }  // namespace
 
 EXPORTED int32_t new_ctlr_or_modified(const StorCtlrInfo *record, const CtlrSummary *cached_list,
@@ -209,7 +200,8 @@ EXPORTED int32_t get_store_ctrls(void *ctx, uint8_t *buf, uint32_t bufsize, uint
     // The comparison takes 16 bits of a count, as its interface always has.
     const auto cur_count = static_cast<uint16_t>(lists.cur_count());
     const uint16_t cached_count = lists.comparable_count();
-    if (lists.exist() && !make_room_for_gone(reply, reported, {lists.cur(), cur_count}, {lists.cached(), cached_count}))
+    const auto gone = [&] { return count_gone(Index({lists.cur(), cur_count}), {lists.cached(), cached_count}); };
+    if (lists.exist() && !make_room_for_gone<Layout>(reply, reported, cached_count, gone, refuse_reply))
       return MC_STORE_REPLY_TOO_LARGE;
     add_deleted_ctlrs(reply.bytes(), cur_count, lists.cur(), cached_count, lists.cached());
   }

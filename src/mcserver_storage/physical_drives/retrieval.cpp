@@ -88,14 +88,6 @@ uint32_t count_gone(const Index &cur, std::span<const PhyDriveSummary> cached) {
       std::count_if(cached.begin(), cached.end(), [&](const PhyDriveSummary &entry) { return !cur.find(entry); }));
 }
 
-// Makes room for the gone drives behind the reported ones: without it they would run past the host's buffer.
-bool make_room_for_gone(ReplyBuffer &reply, uint32_t reported, std::span<const PhyDriveSummary> cur,
-                        std::span<const PhyDriveSummary> cached) {
-  const uint32_t needed =
-      length_with_gone<Layout>(reply, reported, cached.size(), [&] { return count_gone(Index(cur), cached); });
-  return needed <= reply.size() || reply.grow_and_keep(needed) || refuse_reply(needed, reply);
-}
-
 }  // namespace
 
 EXPORTED int32_t new_drive_or_modified(const StorPhyDriveInfo *record, const PhyDriveSummary *cached_list,
@@ -172,7 +164,9 @@ EXPORTED int32_t get_store_phydrives(void *ctx, uint8_t *buf, uint32_t bufsize, 
     // The comparison takes 16 bits of a count, as its interface always has.
     const auto cur_count = static_cast<uint16_t>(lists.cur_count());
     const uint16_t cached_count = lists.comparable_count();
-    if (!make_room_for_gone(reply, reported, {lists.cur(), cur_count}, {lists.cached(), cached_count}))
+    const auto gone = [&] { return count_gone(Index({lists.cur(), cur_count}), {lists.cached(), cached_count}); };
+    if (!make_room_for_gone<Layout>(reply, reported, cached_count, gone,
+                                    [&](uint32_t needed) { return refuse_reply(needed, reply); }))
       return MC_STORE_REPLY_TOO_LARGE;
     add_deleted_drives(reply.bytes(), cur_count, lists.cur(), cached_count, lists.cached());
   }
