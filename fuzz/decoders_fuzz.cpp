@@ -2,7 +2,7 @@
 
 #include <iterator>
 
-#include "fuzz/fuzz_host.h"
+#include "fuzz/host/fuzz_host.h"
 
 namespace {
 

@@ -21,13 +21,13 @@ constexpr Decoder kControllers = {
     .records = records_as_in_a_reply<StoreReplyHeader, StorCtlrInfo, print_controllerinfo>(),
 };
 
-constexpr HeaderNumber kPhysicalDrivesHeader[] = {{4, "Cannot read noofDrives from '%s': %m\n"}};
-constexpr Decoder kPhysicalDrives = {
+constexpr HeaderNumber kDrivesHeader[] = {{4, "Cannot read noofDrives from '%s': %m\n"}};
+constexpr Decoder kDrives = {
     .input_name = "storphydrive_info",
     .output_name = "storphydrive_info_decoded.txt",
     .unopened = "Cannot open input file '%s': %m\n",
     .unknown_size = nullptr,
-    .header = kPhysicalDrivesHeader,
+    .header = kDrivesHeader,
     .summary = nullptr,
     .allocation = Moment::kBeforeRecords,
     .failed_allocation = ResultOf::kClosing,
@@ -87,7 +87,7 @@ constexpr Decoder kNvmeDrives = {
     .records = records_one_by_one<NvmePhyDriveInfo, print_nvme_physicaldriveinfo>(),
 };
 
-static_assert(is_sound(kControllers) && is_sound(kPhysicalDrives) && is_sound(kVirtualDrives) && is_sound(kBbus) &&
+static_assert(is_sound(kControllers) && is_sound(kDrives) && is_sound(kVirtualDrives) && is_sound(kBbus) &&
               is_sound(kNvmeControllers) && is_sound(kNvmeDrives));
 
 }  // namespace
@@ -97,7 +97,7 @@ EXPORTED int list_controllers(const char *input_dir, const char *output_dir) {
 }
 
 EXPORTED int list_physical_drives(const char *input_dir, const char *output_dir) {
-  return decode(kPhysicalDrives, input_dir, output_dir);
+  return decode(kDrives, input_dir, output_dir);
 }
 
 EXPORTED int list_virtual_drives(const char *input_dir, const char *output_dir) {

@@ -17,7 +17,7 @@ inline constexpr auto kControllerReplyHeader = std::to_array<Field>({
 });
 static_assert(covers<StoreReplyHeader>(kControllerReplyHeader));
 
-inline constexpr auto kPhysicalDriveReplyHeader = std::to_array<Field>({
+inline constexpr auto kDriveReplyHeader = std::to_array<Field>({
     FIELD(PhyDriveReplyHeader, type, kUnprinted),
     FIELD(PhyDriveReplyHeader, zero_1, kUnprinted),
     FIELD(PhyDriveReplyHeader, simulated, kUnprinted),
@@ -27,7 +27,7 @@ inline constexpr auto kPhysicalDriveReplyHeader = std::to_array<Field>({
     FIELD(PhyDriveReplyHeader, zero_2, kUnprinted),
     FIELD(PhyDriveReplyHeader, unwritten, kUnprinted),
 });
-static_assert(covers<PhyDriveReplyHeader>(kPhysicalDriveReplyHeader));
+static_assert(covers<PhyDriveReplyHeader>(kDriveReplyHeader));
 
 inline constexpr auto kVirtualDriveReplyHeader = std::to_array<Field>({
     FIELD(VirtDriveReplyHeader, type, kUnprinted),

@@ -5,11 +5,11 @@
 #include <string>
 
 #include "host/bytes.h"
-#include "mcserver_nvme/nvme_bytes.h"
-#include "mcserver_storage/bbus/full_record.h"
-#include "mcserver_storage/controllers/full_record.h"
-#include "mcserver_storage/physical_drives/full_record.h"
-#include "mcserver_storage/virtual_drives/full_record.h"
+#include "nvme/nvme_bytes.h"
+#include "raid/bbus/full_record.h"
+#include "raid/controllers/full_record.h"
+#include "raid/drives/full_record.h"
+#include "raid/virtual_drives/full_record.h"
 
 namespace tests {
 

@@ -2,10 +2,10 @@
 
 #include <nlohmann/json.hpp>
 
-#include "mcserver_storage/controllers/controller_bytes.h"
-#include "mcserver_storage/physical_drives/drive_bytes.h"
 #include "mcstore/command_line.h"
 #include "mcstore/kind.h"
+#include "raid/controllers/controller_bytes.h"
+#include "raid/drives/drive_bytes.h"
 
 namespace tests {
 namespace {

@@ -2,9 +2,9 @@
 
 #include <nlohmann/json.hpp>
 
-#include "mcserver_storage/bbus/bbu_bytes.h"
-#include "mcserver_storage/bbus/full_record.h"
 #include "mcstore/command_line.h"
+#include "raid/bbus/bbu_bytes.h"
+#include "raid/bbus/full_record.h"
 #include "records/bbu_record.h"
 
 namespace tests {

@@ -2,9 +2,9 @@
 
 #include <nlohmann/json.hpp>
 
-#include "mcserver_storage/controllers/controller_bytes.h"
-#include "mcserver_storage/controllers/full_record.h"
 #include "mcstore/command_line.h"
+#include "raid/controllers/controller_bytes.h"
+#include "raid/controllers/full_record.h"
 #include "records/controller_record.h"
 
 namespace tests {

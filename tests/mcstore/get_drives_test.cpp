@@ -2,10 +2,10 @@
 
 #include <nlohmann/json.hpp>
 
-#include "mcserver_storage/physical_drives/drive_bytes.h"
-#include "mcserver_storage/physical_drives/full_record.h"
 #include "mcstore/command_line.h"
-#include "records/physical_drive_record.h"
+#include "raid/drives/drive_bytes.h"
+#include "raid/drives/full_record.h"
+#include "records/drive_record.h"
 
 namespace tests {
 namespace {
@@ -38,7 +38,7 @@ TEST_F(GetDrives, JsonHasRawValues) {
 
   const Json drive = Json::parse(mcstore_here("get drives --format json").out)["records"][0];
 
-  EXPECT_EQ(drive.size(), std::size(mcserver::records::kPhysicalDrive));
+  EXPECT_EQ(drive.size(), std::size(mcserver::records::kDrive));
   EXPECT_EQ(drive["raw_size"], 0x8737677700112201u);
   EXPECT_EQ(drive["rebuild_percent_complete"], -1);
   EXPECT_EQ(drive["rebuild_start_timestamp"], 0x8A3A6A7A);

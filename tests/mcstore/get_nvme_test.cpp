@@ -2,8 +2,8 @@
 
 #include <nlohmann/json.hpp>
 
-#include "mcserver_nvme/nvme_bytes.h"
 #include "mcstore/command_line.h"
+#include "nvme/nvme_bytes.h"
 
 namespace tests {
 namespace {

@@ -2,8 +2,8 @@
 
 #include <gmock/gmock.h>
 
-#include "mcserver_storage/controllers/controller_bytes.h"
 #include "mcstore/command_line.h"
+#include "raid/controllers/controller_bytes.h"
 
 namespace tests {
 namespace {

@@ -6,9 +6,9 @@
 #include <stdexcept>
 #include <string_view>
 
-#include "mcserver_nvme/controllers/fields.h"
-#include "mcserver_nvme/drives/fields.h"
 #include "mcserver_storage.h"
+#include "nvme/controllers/fields.h"
+#include "nvme/drives/fields.h"
 
 namespace formats {
 namespace {

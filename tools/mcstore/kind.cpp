@@ -5,9 +5,9 @@
 #include "mcserver_storage.h"
 #include "records/bbu_record.h"
 #include "records/controller_record.h"
-#include "records/nvme_ctlr_record.h"
+#include "records/drive_record.h"
+#include "records/nvme_controller_record.h"
 #include "records/nvme_drive_record.h"
-#include "records/physical_drive_record.h"
 #include "records/reply_headers.h"
 #include "records/virtual_drive_record.h"
 
@@ -59,11 +59,11 @@ Kind drives() {
       .decoder = "list_physical_drives",
       .lock_path = kStorageLock,
       .store_path = "/var/storphydrive_info",
-      .store_header = records::kPhysicalDriveFileHeader,
+      .store_header = records::kDriveFileHeader,
       .record_size = sizeof(StorPhyDriveInfo),
-      .fields = records::kPhysicalDrive,
+      .fields = records::kDrive,
       .variant = {},
-      .layout = layout_of<records::kPhysicalDriveReplyHeader>(),
+      .layout = layout_of<records::kDriveReplyHeader>(),
       .identity = {"controller_index", "slot_num", "serial_num"},
       .label = "serial_num",
       .gone_field = "status",
@@ -153,9 +153,9 @@ Kind nvme_controllers() {
       .decoder = "list_nvme_controllers",
       .lock_path = kNvmeLock,
       .store_path = "/var/nvmectlr_info",
-      .store_header = records::kNvmeCtlrFileHeader,
+      .store_header = records::kNvmeControllerFileHeader,
       .record_size = sizeof(NvmeCtlrInfo),
-      .fields = records::kNvmeCtlr,
+      .fields = records::kNvmeController,
       .variant = {},
       .layout = {},
       .identity = {"controller_name"},

@@ -1,0 +1,48 @@
+// Fuzzes BBUs; the other file is the flash module's image.
+
+#include "fuzz/raid/raid_kind.h"
+
+namespace {
+
+constexpr size_t kRecordSize = 161;
+constexpr size_t kImageSize = 128;
+
+// A store file whose records differ little from one call to the next, so that some are known and modified.
+std::string store_file(fuzz::Choices &choices) {
+  std::string file;
+  const int records = choices.byte() % 8;
+  for (int i = 0; i < records; ++i) {
+    std::string record(kRecordSize, '\0');
+    record[0] = static_cast<char>(choices.byte() % 4);
+    record[72] = static_cast<char>(choices.byte() % 2);
+    record[85] = static_cast<char>(choices.byte() % 4);
+    if (choices.byte() % 4 == 0) record.assign(kRecordSize, static_cast<char>(choices.byte()));
+    file += record;
+  }
+  return file + choices.bytes(choices.byte());
+}
+
+// A whole image of any content; now and then a short one.
+std::string image(fuzz::Choices &choices) {
+  const bool is_short = choices.byte() % 8 == 0;
+  std::string bytes = choices.bytes(is_short ? choices.byte() : kImageSize);
+  if (!is_short) bytes.resize(kImageSize);
+  return bytes;
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
+  static const fuzz::RaidKind kKind = {
+      .store = "/var/storBBU_info",
+      .empty_store = "",
+      .store_file = store_file,
+      .list_marker = "/var/mctool_bbudebug",
+      .other_path = "/var/log/TFM_FRU.bin",
+      .other_file = image,
+      .full = "mc_get_store_bbu",
+      .delta = "mc_delta_store_bbu",
+      .buffer_step = 16,
+  };
+  return fuzz::fuzz_raid_kind(kKind, data, size);
+}

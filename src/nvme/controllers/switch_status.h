@@ -1,0 +1,33 @@
+// Which controllers are PCIe switches, and how the health of a switch is shown.
+#pragma once
+
+#include <cstdint>
+#include <cstring>
+
+#include "mcserver_storage.h"
+#include "nvme/names.h"
+#include "shared/field.h"
+#include "shared/record_text.h"
+
+namespace mcserver::nvme::controllers {
+
+inline bool is_switch(const NvmeCtlrInfo &record) {
+  constexpr char prefix[] = "NVME-MSWITCH";
+  return strncmp(record.controller_type, prefix, sizeof prefix - 1) == 0;
+}
+
+// A text that begins with "Optimal" is shown as it is. Any other is the description of a fault: a word takes its place,
+// and the description follows.
+struct SwitchStatus {
+  const char *status;
+  const char *description;  // null when there is no fault
+
+  SwitchStatus(const char *text, uint8_t fault) : status(text), description(nullptr) {
+    const char *optimal = nvme_status_names[kOptimal];
+    if (strncmp(text, optimal, strlen(optimal)) == 0) return;
+    status = nvme_status_names[fault];
+    description = text;
+  }
+};
+
+}  // namespace mcserver::nvme::controllers

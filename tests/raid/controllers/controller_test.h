@@ -1,0 +1,49 @@
+// The base of the tests that read the controller store file.
+#pragma once
+
+#include <algorithm>
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "host/plugin_test.h"
+#include "raid/controllers/controller_bytes.h"
+
+namespace tests {
+
+inline constexpr uint8_t kNotReady = 1;
+inline constexpr uint8_t kReady = 2;
+
+// For the names of tests that are run for several of them.
+inline void PrintTo(const Controller &controller, std::ostream *out) {
+  *out << int{controller.index} << ' ' << controller.serial << std::hex << ' ' << controller.vendor_id << ' '
+       << controller.device_id << ' ' << controller.subvendor_id << ' ' << controller.subdevice_id << std::dec;
+}
+
+class ControllerTest : public PluginTest {
+ protected:
+  void store(uint8_t state, const std::vector<Controller> &controllers, int64_t modified = 1000) {
+    files.write(kControllerStore, controller_file(state, controllers), modified);
+  }
+
+  Reply full(const CallOptions &options = {}) { return call("mc_get_store_ctrls", options); }
+  Reply delta(const CallOptions &options = {}) { return call("mc_delta_store_ctrls", options); }
+
+  auto number_of_calls(const std::string &libc_call) const { return std::ranges::count(calls(), libc_call); }
+
+  // What the reply's buffer holds at that record, counted or not.
+  static Bytes slot(const Reply &reply, size_t number) {
+    return reply.buffer.slice(kControllerHeaderSize + kControllerSize * number, kControllerSize);
+  }
+};
+
+inline std::string too_large(const std::string &needed) {
+  return "<get_store_ctrls: 869> [get_store_ctrls]Data length(" + needed + ") larger than 65536\n";
+}
+
+// A line about a file that could not be read to its end.
+inline std::string read_error(const std::string &reason) {
+  return "mcserver_storage.cpp:1054:Error reading file /var/storctlr_info, " + reason + "\n";
+}
+
+}  // namespace tests
