@@ -53,6 +53,9 @@ enum {
   MC_STORE_NO_IMAGE = 35          /* NVMe controllers: no memory for the records; positive, and meant to be */
 };
 
+/* A time stamp of a record that stands for no time. */
+#define MC_STORE_NO_TIME 0xFFFFFFFFu
+
 /* --------------------------------------------------------------- host symbols: declared here, defined by the host */
 
 /* The plug-in traces to outfp while use_cmclog is 0, mc_debug_level is above 2 and outfp is not null. */
@@ -76,6 +79,35 @@ int memcpy_s(void *dest, size_t dest_size, const void *src, size_t count);
 
 /* ------------------------------------------------------------------------------------------------ controllers */
 
+/* The subsystem state, as far as it decides anything. */
+enum {
+  MC_STORE_STATE_NOT_READY = 1,
+  MC_STORE_STATE_READY = 2 /* the one state in which a delta compares records */
+};
+
+/* controller_status */
+enum {
+  MC_STORE_CONTROLLER_OPTIMAL = 0,
+  MC_STORE_CONTROLLER_UNRESPONSIVE = 1,
+  MC_STORE_CONTROLLER_GONE = 4 /* only in a delta reply */
+};
+
+/* coercion_mode */
+enum { MC_STORE_COERCION_NONE = 0, MC_STORE_COERCION_128_MB = 1, MC_STORE_COERCION_1_GB = 2 };
+
+/* How an operation goes: patrol_read_operation_status, and learn_cycle_status of a BBU. */
+enum {
+  MC_STORE_OPERATION_UNKNOWN = 0,
+  MC_STORE_OPERATION_SUCCESS = 1,
+  MC_STORE_OPERATION_ACTIVE = 2,
+  MC_STORE_OPERATION_ABORTED = 3,
+  MC_STORE_OPERATION_SUSPENDED = 4,
+  MC_STORE_OPERATION_FAILED = 5
+};
+
+/* pinned_cache_state */
+enum { MC_STORE_PINNED_CACHE_UNKNOWN = 0, MC_STORE_PINNED_CACHE_PRESENT = 1, MC_STORE_PINNED_CACHE_NOT_PRESENT = 2 };
+
 /*
  * A RAID controller. In the store file /var/storctlr_info these records follow a one-byte subsystem state, with
  * little-endian numbers; in a reply they follow the StoreReplyHeader, with big-endian numbers. Texts are padded with
@@ -88,7 +120,7 @@ typedef struct StorCtlrInfo {
   char product_name[81];                         /* 23 */
   uint8_t is_supported;                          /* 104: 1 = supported */
   uint8_t reason_not_supported;                  /* 105 */
-  uint8_t controller_status;                     /* 106: 0 optimal, 1 unresponsive; 4 in a delta reply = gone */
+  uint8_t controller_status;                     /* 106: MC_STORE_CONTROLLER_... */
   char serial_number[31];                        /* 107: identity, together with the index */
   char firmware_package_build[97];               /* 138 */
   char vendor[20];                               /* 235 */
@@ -122,7 +154,7 @@ typedef struct StorCtlrInfo {
   uint8_t cache_flush_interval;                  /* 765 */
   uint16_t spinup_drive_count;                   /* 766 */
   uint16_t spinup_delay;                         /* 768 */
-  uint8_t coercion_mode;                         /* 770: 0 none, 1 128 MB, 2 1 GB */
+  uint8_t coercion_mode;                         /* 770: MC_STORE_COERCION_... */
   uint8_t cluster_enable;                        /* 771 */
   uint16_t ecc_bucket_leak_rate;                 /* 772 */
   uint8_t expose_enclosure_devices;              /* 774 */
@@ -148,32 +180,32 @@ typedef struct StorCtlrInfo {
   uint8_t drive_temperature_supported;           /* 813 */
   uint8_t controller_temperature;                /* 814 */
   uint8_t roc_temperature;                       /* 815 */
-  uint8_t patrol_read_operation_status;      /* 816: 0 unknown, 1 success, 2 active, 3 aborted, 4 suspended, 5 failed */
-  int8_t patrol_read_percent_complete;       /* 817: -1 = none is running */
-  uint32_t patrol_read_start_timestamp;      /* 818 */
-  uint32_t patrol_read_end_timestamp;        /* 822 */
-  uint8_t has_sas_expander;                  /* 826 */
-  int32_t mod_timestamp;                     /* 827: changes whenever anything in the record does */
-  uint8_t sub_oem;                           /* 831 */
-  uint8_t pinned_cache_state;                /* 832: 0 unknown, 1 present, 2 not present */
-  uint8_t controller_type;                   /* 833 */
-  uint64_t supported_strip_sizes;            /* 834 */
-  uint64_t default_strip_size;               /* 842 */
-  char smbios_pcislotname_ext[16];           /* 850 */
-  uint64_t supported_ctlr_ops;               /* 866 */
-  uint64_t supported_phys_ops;               /* 874 */
-  uint64_t supported_virt_ops;               /* 882 */
-  uint16_t supported_bbu_ops;                /* 890 */
-  uint64_t valid_controller_attrs;           /* 892 */
-  char controller_status_description[64];    /* 900 */
-  uint8_t drive_life_used_percent;           /* 964 */
-  uint8_t controller_sed_status;             /* 965 */
-  uint8_t reserved[256];                     /* 966: sent as it is stored */
-  uint8_t performance_percent;               /* 1222 */
-  char controller_error[64];                 /* 1223 */
-  uint8_t jbod_mode;                         /* 1287 */
-  int32_t max_virtual_drives_per_controller; /* 1288 */
-  uint16_t life_left_in_days;                /* 1292 */
+  uint8_t patrol_read_operation_status;          /* 816: MC_STORE_OPERATION_... */
+  int8_t patrol_read_percent_complete;           /* 817: -1 = none is running */
+  uint32_t patrol_read_start_timestamp;          /* 818 */
+  uint32_t patrol_read_end_timestamp;            /* 822 */
+  uint8_t has_sas_expander;                      /* 826 */
+  int32_t mod_timestamp;                         /* 827: changes whenever anything in the record does */
+  uint8_t sub_oem;                               /* 831 */
+  uint8_t pinned_cache_state;                    /* 832: MC_STORE_PINNED_CACHE_... */
+  uint8_t controller_type;                       /* 833 */
+  uint64_t supported_strip_sizes;                /* 834 */
+  uint64_t default_strip_size;                   /* 842 */
+  char smbios_pcislotname_ext[16];               /* 850 */
+  uint64_t supported_ctlr_ops;                   /* 866 */
+  uint64_t supported_phys_ops;                   /* 874 */
+  uint64_t supported_virt_ops;                   /* 882 */
+  uint16_t supported_bbu_ops;                    /* 890 */
+  uint64_t valid_controller_attrs;               /* 892 */
+  char controller_status_description[64];        /* 900 */
+  uint8_t drive_life_used_percent;               /* 964 */
+  uint8_t controller_sed_status;                 /* 965 */
+  uint8_t reserved[256];                         /* 966: sent as it is stored */
+  uint8_t performance_percent;                   /* 1222 */
+  char controller_error[64];                     /* 1223 */
+  uint8_t jbod_mode;                             /* 1287 */
+  int32_t max_virtual_drives_per_controller;     /* 1288 */
+  uint16_t life_left_in_days;                    /* 1292 */
 } MC_STORE_PACKED StorCtlrInfo;
 
 /* What the plug-in remembers of a controller between calls, in the byte order of the machine. */
@@ -213,12 +245,13 @@ int32_t mc_get_store_ctrls(void *ctx, uint8_t *buf, uint32_t bufsize, uint32_t *
 
 /*
  * The controllers that are new or modified since the previous call of either entry point, then a record for each one
- * that is gone: controller_status is 4, and only index, controller, serial_number, the four ids, is_supported and
- * controller_type are written beside it. Never simulates. A null buf is refused with MC_STORE_UNAVAILABLE.
+ * that is gone: controller_status is MC_STORE_CONTROLLER_GONE, and only index, controller, serial_number, the four ids,
+ * is_supported and controller_type are written beside it. Never simulates. A null buf is refused with
+ * MC_STORE_UNAVAILABLE.
  *
  * The length is 0 when the store file has not been written since, and also when it has been written in a state other
- * than 2 that is still the same: records are compared only in state 2, or when the state has just changed. Where they
- * were compared and nothing was found, the reply is a header with a count of 0.
+ * than MC_STORE_STATE_READY that is still the same: records are compared only in that one, or when the state has just
+ * changed. Where they were compared and nothing was found, the reply is a header with a count of 0.
  */
 int32_t mc_delta_store_ctrls(void *ctx, uint8_t *buf, uint32_t bufsize, uint32_t *len);
 
@@ -249,6 +282,27 @@ void print_ctlr_list(const CtlrSummary *list, int32_t count, const char *title);
 
 /* ------------------------------------------------------------------------------------------------ physical drives */
 
+/* status, as far as the plug-in knows it */
+enum { MC_STORE_PHYDRIVE_GONE = 14 /* only in a delta reply */ };
+
+/* power_state */
+enum { MC_STORE_POWER_ACTIVE = 0, MC_STORE_POWER_POWERSAVE = 1, MC_STORE_POWER_TRANSITIONING = 2 };
+
+/* link_speed */
+enum {
+  MC_STORE_LINK_SPEED_UNKNOWN = 0,
+  MC_STORE_LINK_SPEED_1_5_GBPS = 1,
+  MC_STORE_LINK_SPEED_3_GBPS = 2,
+  MC_STORE_LINK_SPEED_6_GBPS = 3,
+  MC_STORE_LINK_SPEED_12_GBPS = 4
+};
+
+/* device_type */
+enum { MC_STORE_DEVICE_DISK = 0, MC_STORE_DEVICE_SSD = 1 };
+
+/* interface_type */
+enum { MC_STORE_INTERFACE_UNKNOWN = 0, MC_STORE_INTERFACE_SATA = 1, MC_STORE_INTERFACE_SAS = 2 };
+
 /*
  * A physical drive. In the store file /var/storphydrive_info these records follow the number of drives (four bytes);
  * in a reply they follow the PhyDriveReplyHeader, with big-endian numbers. Texts as in StorCtlrInfo.
@@ -257,7 +311,7 @@ typedef struct StorPhyDriveInfo {
   uint8_t controller_index;             /* 0: identity, together with the slot and the serial number */
   uint8_t slot_num;                     /* 1: identity */
   uint8_t lsi_drive_num;                /* 2 */
-  uint8_t power_state;                  /* 3: 0 active, 1 powersave, 2 transitioning */
+  uint8_t power_state;                  /* 3: MC_STORE_POWER_... */
   uint16_t device_id;                   /* 4 */
   uint16_t enclosure_device_id;         /* 6 */
   uint32_t media_err_count;             /* 8 */
@@ -268,14 +322,14 @@ typedef struct StorPhyDriveInfo {
   uint64_t raw_size;                    /* 23: bytes */
   uint64_t non_coerced_size;            /* 31: bytes */
   uint64_t coerced_size;                /* 39: bytes */
-  uint8_t link_speed;                   /* 47: 0 unknown, 1 1.5 Gb/s, 2 3 Gb/s, 3 6 Gb/s, 4 12 Gb/s */
-  uint8_t device_type;                  /* 48: 0 disk, 1 SSD */
-  uint8_t interface_type;               /* 49: 0 unknown, 1 SATA, 2 SAS */
+  uint8_t link_speed;                   /* 47: MC_STORE_LINK_SPEED_... */
+  uint8_t device_type;                  /* 48: MC_STORE_DEVICE_... */
+  uint8_t interface_type;               /* 49: MC_STORE_INTERFACE_... */
   char product_id[17];                  /* 50 */
   char vendor[9];                       /* 67 */
   char firmware[5];                     /* 76 */
   char serial_num[21];                  /* 81: identity */
-  uint8_t status;                       /* 102: 14 in a delta reply = gone */
+  uint8_t status;                       /* 102: MC_STORE_PHYDRIVE_GONE in a delta reply; else the collector's own */
   uint8_t fault;                        /* 103 */
   uint8_t online;                       /* 104 */
   uint8_t temp_valid;                   /* 105: does the temperature mean anything? */
@@ -354,8 +408,8 @@ int32_t mc_get_store_phydrives(void *ctx, uint8_t *buf, uint32_t bufsize, uint32
 
 /*
  * The drives that are new or modified since the previous call of either entry point, then a record for each one that
- * is gone: status is 14, and only controller_index, slot_num and serial_num are written beside it. Never simulates. A
- * null buf is refused with MC_STORE_UNAVAILABLE. The length is 0 when there is nothing to report.
+ * is gone: status is MC_STORE_PHYDRIVE_GONE, and only controller_index, slot_num and serial_num are written beside it.
+ * Never simulates. A null buf is refused with MC_STORE_UNAVAILABLE. The length is 0 when there is nothing to report.
  */
 int32_t mc_delta_store_phydrives(void *ctx, uint8_t *buf, uint32_t bufsize, uint32_t *len);
 
@@ -384,6 +438,32 @@ void print_pdinfo(const StorPhyDriveInfo *record, FILE *stream);
 void print_pd_list(const PhyDriveSummary *list, int32_t count, const char *title);
 
 /* ------------------------------------------------------------------------------------------------ BBUs */
+
+/* type */
+enum {
+  MC_STORE_BBU_NONE = 0,
+  MC_STORE_BBU_IBBU = 1,
+  MC_STORE_BBU_BBU = 2,
+  MC_STORE_BBU_ZCR = 3,
+  MC_STORE_BBU_ITBBU3 = 4,
+  MC_STORE_BBU_IBBU08 = 5,
+  MC_STORE_BBU_IBBU09 = 6,
+  MC_STORE_BBU_TMMC = 7
+};
+
+/* charging_state */
+enum {
+  MC_STORE_CHARGING_UNKNOWN = 0,
+  MC_STORE_CHARGING_FULLY_DISCHARGED = 1,
+  MC_STORE_CHARGING_FULLY_CHARGED = 2,
+  MC_STORE_CHARGING_DISCHARGING = 3,
+  MC_STORE_CHARGING_CHARGING = 4,
+  MC_STORE_CHARGING_INITIALIZED = 5,
+  MC_STORE_CHARGING_CAPACITOR = 6
+};
+
+/* learn_mode */
+enum { MC_STORE_LEARN_AUTO = 0, MC_STORE_LEARN_DISABLED = 1, MC_STORE_LEARN_WARN = 2 };
 
 /* The part of a BBU record that is about a capacitor, and the one that is about a battery. */
 typedef struct StorBbuCapacitor {
@@ -414,14 +494,13 @@ typedef struct StorBbuInfo {
   uint8_t controller_index;             /* 0: identity */
   uint8_t change_id;                    /* 1 */
   uint8_t status;                       /* 2 */
-  uint8_t type;                         /* 3: 0 none, 1 IBBU, 2 BBU, 3 ZCR, 4 ITBBU3, 5 IBBU08, 6 IBBU09, 7 TMMC */
+  uint8_t type;                         /* 3: MC_STORE_BBU_... */
   char device_name[8];                  /* 4 */
   char manufacturer[12];                /* 12 */
   char mfg_date[11];                    /* 24 */
   char module_version[8];               /* 35 */
   uint16_t serial_number;               /* 43 */
-  uint8_t charging_state;               /* 45: 0 unknown, 1 fully discharged, 2 fully charged, 3 discharging,
-                                               4 charging, 5 initialized, 6 capacitor */
+  uint8_t charging_state;               /* 45: MC_STORE_CHARGING_... */
   uint16_t design_voltage;              /* 46 */
   uint16_t voltage;                     /* 48 */
   uint16_t current;                     /* 50 */
@@ -429,8 +508,8 @@ typedef struct StorBbuInfo {
   uint8_t voltage_low;                  /* 53 */
   uint8_t temp_high;                    /* 54 */
   uint8_t learn_cycle_transparent;      /* 55 */
-  uint8_t learn_mode;                   /* 56: 0 auto, 1 disabled, 2 warn */
-  uint8_t learn_cycle_status;           /* 57: 0 unknown, 1 success, 2 active, 3 aborted, 4 suspended, 5 failed */
+  uint8_t learn_mode;                   /* 56: MC_STORE_LEARN_... */
+  uint8_t learn_cycle_status;           /* 57: MC_STORE_OPERATION_... */
   int8_t learn_cycle_percent_complete;  /* 58 */
   uint32_t learn_cycle_start_timestamp; /* 59 */
   uint32_t learn_cycle_end_timestamp;   /* 63 */
@@ -511,6 +590,42 @@ void print_bbu_list(const BbuSummary *list, int32_t count, const char *title);
 
 /* ------------------------------------------------------------------------------------------------ virtual drives */
 
+/* status */
+enum {
+  MC_STORE_VIRTDRIVE_OPTIMAL = 0,
+  MC_STORE_VIRTDRIVE_CACHE_DEGRADED = 1,
+  MC_STORE_VIRTDRIVE_PARTIALLY_DEGRADED = 2,
+  MC_STORE_VIRTDRIVE_DEGRADED = 3,
+  MC_STORE_VIRTDRIVE_OFFLINE = 4,
+  MC_STORE_VIRTDRIVE_UNKNOWN = 5,
+  MC_STORE_VIRTDRIVE_GONE = 6 /* only in a delta reply */
+};
+
+/* access_policy */
+enum {
+  MC_STORE_ACCESS_READ_WRITE = 0,
+  MC_STORE_ACCESS_UNKNOWN = 1,
+  MC_STORE_ACCESS_READ_ONLY = 2,
+  MC_STORE_ACCESS_BLOCKED = 3
+};
+
+/* io_policy */
+enum { MC_STORE_IO_DIRECT = 0, MC_STORE_IO_CACHED = 1 };
+
+/* read_ahead_policy */
+enum { MC_STORE_READ_AHEAD = 0, MC_STORE_READ_NORMAL = 1 };
+
+/* current_write_cache_policy and requested_write_cache_policy */
+enum {
+  MC_STORE_WRITE_UNKNOWN = 0,
+  MC_STORE_WRITE_THROUGH = 1,
+  MC_STORE_WRITE_BACK = 2,
+  MC_STORE_WRITE_BACK_BAD_BBU = 3
+};
+
+/* drive_cache_policy */
+enum { MC_STORE_DRIVE_CACHE_UNCHANGED = 0, MC_STORE_DRIVE_CACHE_ENABLE = 1, MC_STORE_DRIVE_CACHE_DISABLE = 2 };
+
 /* A member drive of a virtual drive. */
 typedef struct VdDriveRef {
   uint8_t controller_index; /* 0 */
@@ -537,19 +652,18 @@ typedef struct StorVirtDriveInfo {
   uint8_t target_id;                          /* 1 */
   char guid[33];                              /* 2: identity */
   char name[16];                              /* 35 */
-  uint8_t status;                             /* 51: 0 optimal, 1 cache degraded, 2 partially degraded, 3 degraded,
-                                                     4 offline, 5 unknown; 6 in a delta reply = gone */
+  uint8_t status;                             /* 51: MC_STORE_VIRTDRIVE_... */
   uint64_t size;                              /* 52: bytes */
   uint16_t raid_level;                        /* 60 */
   int32_t strip_size;                         /* 62: bytes */
   uint8_t drives_per_span;                    /* 66 */
   uint8_t span_depth;                         /* 67 */
-  uint8_t access_policy;                      /* 68: 0 read and write, 1 unknown, 2 read only, 3 blocked */
-  uint8_t io_policy;                          /* 69: 0 direct, 1 cached */
-  uint8_t read_ahead_policy;                  /* 70: 0 ahead, 1 normal */
-  uint8_t current_write_cache_policy;         /* 71: 0 unknown, 1 write through, 2 write back, 3 write back, bad BBU */
+  uint8_t access_policy;                      /* 68: MC_STORE_ACCESS_... */
+  uint8_t io_policy;                          /* 69: MC_STORE_IO_... */
+  uint8_t read_ahead_policy;                  /* 70: MC_STORE_READ_... */
+  uint8_t current_write_cache_policy;         /* 71: MC_STORE_WRITE_... */
   uint8_t requested_write_cache_policy;       /* 72: the same */
-  uint8_t drive_cache_policy;                 /* 73: 0 unchanged, 1 enable, 2 disable */
+  uint8_t drive_cache_policy;                 /* 73: MC_STORE_DRIVE_CACHE_... */
   uint8_t allow_background_init;              /* 74 */
   uint8_t auto_snapshot;                      /* 75 */
   uint8_t auto_delete_oldest;                 /* 76 */
@@ -614,9 +728,9 @@ int32_t mc_get_store_virtdrives(void *ctx, uint8_t *buf, uint32_t bufsize, uint3
 /*
  * What has changed since the previous call of either entry point, once the store file has been written: every virtual
  * drive that is new, or whose mod_timestamp as it stands in the reply, big-endian, is not what the file's bytes were
- * then (so most drives are reported each time); then a record for each one that is gone: status is 6, and only guid,
- * name, controller_index and target_id are written beside it. Never simulates. A null buf is refused with
- * MC_STORE_UNAVAILABLE. The length is 0 when there is nothing to report.
+ * then (so most drives are reported each time); then a record for each one that is gone: status is
+ * MC_STORE_VIRTDRIVE_GONE, and only guid, name, controller_index and target_id are written beside it. Never simulates.
+ * A null buf is refused with MC_STORE_UNAVAILABLE. The length is 0 when there is nothing to report.
  */
 int32_t mc_delta_store_virtdrives(void *ctx, uint8_t *buf, uint32_t bufsize, uint32_t *len);
 
@@ -656,6 +770,26 @@ int32_t get_store_sasexpanders(void *ctx, uint8_t *buf, uint32_t bufsize, uint32
 
 /* ------------------------------------------------------------------------------------------------ NVMe */
 
+/* The subsystem state; nvme_state_names has the words. */
+enum {
+  MC_NVME_STATE_UNKNOWN = 0,
+  MC_NVME_STATE_UNINITIALIZED = 1,
+  MC_NVME_STATE_INITIALIZING = 2,
+  MC_NVME_STATE_AUX_POWER = 3,
+  MC_NVME_STATE_MAIN_POWER = 4 /* the one state in which an event compares records */
+};
+
+/* The status of a record; nvme_status_names has the words. */
+enum {
+  MC_NVME_UNKNOWN = 0,
+  MC_NVME_OPTIMAL = 1,
+  MC_NVME_UNRESPONSIVE = 2,
+  MC_NVME_MODERATE_FAULT = 3,
+  MC_NVME_SEVERE_FAULT = 4,
+  MC_NVME_DELETED = 5, /* only in the reply to an event: the device is gone */
+  MC_NVME_DEGRADED = 6
+};
+
 /*
  * An NVMe controller or a PCIe switch. In the store file /var/nvmectlr_info these records follow a one-byte subsystem
  * state. Numbers are little-endian, texts as in StorCtlrInfo.
@@ -663,7 +797,7 @@ int32_t get_store_sasexpanders(void *ctx, uint8_t *buf, uint32_t bufsize, uint32
 typedef struct NvmeCtlrInfo {
   char controller_name[24];          /* 0: identity */
   uint32_t mod_timestamp;            /* 24: changes whenever anything in the record does */
-  uint8_t status;                    /* 28: a value of nvme_status_names */
+  uint8_t status;                    /* 28: MC_NVME_... */
   uint8_t drive_count;               /* 29 */
   char controller_type[16];          /* 30: "NVME-MSWITCH..." has the switch fields below */
   char vendor_id[9];                 /* 46 */
@@ -686,7 +820,7 @@ typedef struct NvmeCtlrInfo {
 typedef struct NvmePhyDriveInfo {
   char smbios_pcislotname[16];     /* 0: identity, together with the serial number */
   char controller_name[24];        /* 16 */
-  uint8_t status;                  /* 40: a value of nvme_status_names; 5 in an event reply = gone */
+  uint8_t status;                  /* 40: MC_NVME_... */
   char product_name[81];           /* 41 */
   char serial_number[31];          /* 122: identity, together with the slot name */
   char firmware_version[97];       /* 153 */
@@ -747,9 +881,10 @@ typedef struct NvmeDriveImageHeader {
  * malformed. There is no simulation.
  *
  * The "event" entry points report what is new, modified or deleted (status "Deleted") since the previous call of
- * either. When the store file has not changed, or when it has changed in a state other than 4 that is still the same,
- * the length is 0. Otherwise a drive event without news has length 0 too, and a controller event is the summary element
- * alone or, since their time stamps are not remembered, every controller whose own is not 0.
+ * either. When the store file has not changed, or when it has changed in a state other than MC_NVME_STATE_MAIN_POWER
+ * that is still the same, the length is 0. Otherwise a drive event without news has length 0 too, and a controller
+ * event is the summary element alone or, since their time stamps are not remembered, every controller whose own is not
+ * 0.
  *
  * Beside the common results: MC_STORE_NO_BUFFER, and MC_STORE_NO_IMAGE for controllers. A null reply is refused with
  * MC_STORE_UNAVAILABLE if the reply would be written there.
@@ -770,8 +905,8 @@ int32_t new_nvme_drive_or_modified(const NvmePhyDriveInfo *record, const NvmeDri
                                    uint16_t cached_count);
 
 /*
- * Append a record with status 5 to the staging image for each cached device that is not in the cur list. The image must
- * have room: the call cannot know its size.
+ * Append a record with status MC_NVME_DELETED to the staging image for each cached device that is not in the cur list.
+ * The image must have room: the call cannot know its size.
  */
 void add_deleted_nvme_ctlrs(uint8_t *image, uint16_t cur_count, const NvmeCtlrSummary *cur_list, uint16_t cached_count,
                             const NvmeCtlrSummary *cached_list);

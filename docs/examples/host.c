@@ -59,7 +59,7 @@ typedef int32_t entry_point(void *ctx, uint8_t *buf, uint32_t bufsize, uint32_t 
 static void show_controller(const StorCtlrInfo *record) {
   printf("  %.*s, serial number %.*s: ", (int)sizeof record->controller, record->controller,
          (int)sizeof record->serial_number, record->serial_number);
-  if (record->controller_status == 4) /* only identity and ids are written */
+  if (record->controller_status == MC_STORE_CONTROLLER_GONE) /* only identity and ids are written */
     printf("gone\n");
   else
     printf("firmware %.*s, vendor id 0x%04x, status %d\n", (int)sizeof record->firmware_version,
