@@ -1,12 +1,13 @@
 #include "nvme/nvme_lock.h"
 
+#include "records/kind_facts.h"
 #include "shared/trace.h"
 
 namespace mcserver::nvme {
 
 // Without newlines, unlike the RAID family's.
 constexpr LockProfile kNvmeLock = {
-    .path = "/var/nvmectlr_info",
+    .path = records::kNvmeLockPath,
     .open_failed = {211, TRACE_PREFIX "%s Open failed: %s"},
     .no_descriptor = {216, TRACE_PREFIX "Failed to get fd for %s: %s"},
     .lock_failed = {221, TRACE_PREFIX "Failed to lock File %s: %s"},

@@ -2,23 +2,34 @@
 
 #include <cstdarg>
 #include <cstdio>
-#include <cstring>
 
 #include "mcserver_storage.h"
+#include "shared/record_text.h"
 
 namespace mcserver::nvme {
 
-void XmlText::attribute(const Line &line, const uint8_t *record) {
-  const char *const colon = strchr(line.label, ':');
-  const char *const conversion = colon + 2;
-  char format[kLongestAttributeFormat];
-  snprintf(format, sizeof format, "%.*s=\"%.*s\" ", static_cast<int>(colon - line.label), line.label,
-           static_cast<int>(strcspn(conversion, "\n")), conversion);
-  visit_value(line, record, nvme_status_names, [&](auto shown) { append(format, shown); });
+namespace {
+
+const char *format_of(XmlForm form) {
+  switch (form) {
+    case XmlForm::kText:
+      return "%s=\"%s\" ";
+    case XmlForm::kDecimal:
+      return "%s=\"%d\" ";
+    case XmlForm::kHexadecimal:
+      return "%s=\"%x\" ";
+    case XmlForm::kPrefixedHexadecimal:
+      return "%s=\"0x%x\" ";
+  }
+  return "";
 }
 
-void XmlText::attributes(std::span<const Line> lines, const uint8_t *record) {
-  for (const Line &line : lines) attribute(line, record);
+}  // namespace
+
+void XmlText::attributes(const Rows &attributes, const uint8_t *record) {
+  for (const CompiledRow &row : attributes)
+    visit_value(row, record, nvme_status_names,
+                [&](auto shown) { append(format_of(row.form), attributes.text(row), shown); });
 }
 
 void XmlText::append(const char *format, ...) {

@@ -2,29 +2,13 @@
 #pragma once
 
 #include <cstdint>
-#include <span>
-#include <string_view>
 
-#include "shared/field.h"
-#include "shared/record_text.h"
+#include "shared/compiled_rows.h"
 
 namespace mcserver::nvme {
 
 // The room that a reply of so many records must have: the format's budget.
 constexpr uint32_t xml_capacity(uint32_t records) { return records * 1024 + 100; }
-
-// An attribute is made of a dump line: the label "vendor-id: 0x%x\n" makes vendor-id="0x%x".
-inline constexpr size_t kLongestAttributeFormat = 64;
-
-// Are these labels of that form, and not too long?
-consteval bool make_attributes(std::span<const Field> fields) {
-  for (const Field &field : fields) {
-    const std::string_view label = field.label;
-    if (label.find(": %") == label.npos && label.find(": 0x%") == label.npos) return false;
-    if (label.size() + sizeof "\"\" " > kLongestAttributeFormat) return false;
-  }
-  return true;
-}
 
 class XmlText {
  public:
@@ -33,9 +17,8 @@ class XmlText {
   void open(const char *element) { append("<%s ", element); }
   void attribute(const char *name, const char *value) { append("%s=\"%s\" ", name, value); }
   void attribute(const char *name, unsigned value) { append("%s=\"%u\" ", name, value); }
-  // The line must be one of those that make attributes.
-  void attribute(const Line &line, const uint8_t *record);
-  void attributes(std::span<const Line> lines, const uint8_t *record);
+  // `record` is a ShownRecord's bytes.
+  void attributes(const Rows &attributes, const uint8_t *record);
   void close() { append("/>"); }
 
   // The length of the text, or the capacity when the text was cut.

@@ -1,13 +1,14 @@
 #include "raid/storage_lock.h"
 
 #include "mcserver_storage.h"
+#include "records/kind_facts.h"
 #include "shared/exported.h"
 #include "shared/trace.h"
 
 namespace mcserver::raid {
 
 constexpr LockProfile kStorageLock = {
-    .path = "/var/storctlr_info",
+    .path = records::kRaidLockPath,
     .open_failed = {125, TRACE_PREFIX "%s Open failed %s\n"},
     .no_descriptor = {132, TRACE_PREFIX "Failed to get file descriptor for %s, %s\n"},
     .lock_failed = {139, TRACE_PREFIX "Failed to lock File %s, %s\n"},

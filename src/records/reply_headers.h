@@ -3,6 +3,7 @@
 
 #include "mcserver_storage.h"
 #include "shared/field.h"
+#include "shared/field_proofs.h"
 
 namespace mcserver::records {
 
@@ -15,7 +16,7 @@ inline constexpr auto kControllerReplyHeader = std::to_array<Field>({
     FIELD(StoreReplyHeader, zero_2, kUnprinted),
     FIELD(StoreReplyHeader, unwritten, kUnprinted),
 });
-static_assert(covers<StoreReplyHeader>(kControllerReplyHeader));
+static_assert(covers<StoreReplyHeader, kControllerReplyHeader>());
 
 inline constexpr auto kDriveReplyHeader = std::to_array<Field>({
     FIELD(PhyDriveReplyHeader, type, kUnprinted),
@@ -27,7 +28,7 @@ inline constexpr auto kDriveReplyHeader = std::to_array<Field>({
     FIELD(PhyDriveReplyHeader, zero_2, kUnprinted),
     FIELD(PhyDriveReplyHeader, unwritten, kUnprinted),
 });
-static_assert(covers<PhyDriveReplyHeader>(kDriveReplyHeader));
+static_assert(covers<PhyDriveReplyHeader, kDriveReplyHeader>());
 
 inline constexpr auto kVirtualDriveReplyHeader = std::to_array<Field>({
     FIELD(VirtDriveReplyHeader, type, kUnprinted),
@@ -38,7 +39,7 @@ inline constexpr auto kVirtualDriveReplyHeader = std::to_array<Field>({
     FIELD(VirtDriveReplyHeader, zero_2, kUnprinted),
     FIELD(VirtDriveReplyHeader, unwritten, kUnprinted),
 });
-static_assert(covers<VirtDriveReplyHeader>(kVirtualDriveReplyHeader));
+static_assert(covers<VirtDriveReplyHeader, kVirtualDriveReplyHeader>());
 
 inline constexpr auto kBbuReplyHeader = std::to_array<Field>({
     FIELD(BbuReplyHeader, type, kUnprinted),
@@ -49,7 +50,7 @@ inline constexpr auto kBbuReplyHeader = std::to_array<Field>({
     FIELD(BbuReplyHeader, zero_2, kUnprinted),
     FIELD(BbuReplyHeader, unwritten, kUnprinted),
 });
-static_assert(covers<BbuReplyHeader>(kBbuReplyHeader));
+static_assert(covers<BbuReplyHeader, kBbuReplyHeader>());
 
 // Known from the simulated reply alone.
 struct MC_STORE_PACKED ExpanderReplyHeader {
@@ -67,6 +68,6 @@ inline constexpr auto kExpanderReplyHeader = std::to_array<Field>({
     FIELD(ExpanderReplyHeader, zero_2, kUnprinted),
     FIELD(ExpanderReplyHeader, unwritten, kUnprinted),
 });
-static_assert(covers<ExpanderReplyHeader>(kExpanderReplyHeader));
+static_assert(covers<ExpanderReplyHeader, kExpanderReplyHeader>());
 
 }  // namespace mcserver::records

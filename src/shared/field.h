@@ -1,10 +1,11 @@
-// What a field of a record is. A record's layout is written down once, as a table of these; the conversion to network
-// byte order, the text dump and the columns of the command-line tool follow from it.
+// What a field of a record is. A record's layout is written down once, as a table of these rows; the conversion to
+// network byte order, the text dump, the XML and what the command-line tool and the documents say follow from it.
 #pragma once
 
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <initializer_list>
 #include <span>
 #include <string_view>
 #include <type_traits>
@@ -17,25 +18,77 @@ enum class FieldType : uint8_t {
   kText,          // NUL-padded; a text that fills its field has no NUL
   kFlag,          // one byte, true when it is not 0
   kInvertedFlag,  // the same, but a dump prints the opposite
-  kStatus,        // one byte, shown as a word
+  kStatus,        // one byte, shown as one of its words
   kAttachment,    // one byte, 1 for "Direct Attached" and anything else for "Expander Attached"
   kBytes,         // never converted; hexadecimal digits where it is printed at all
   kEntries,       // an array, whose entries have a table of their own
 };
 
-// What a number counts, as far as people would rather read it in another form.
+enum class ByteOrder : uint8_t {
+  kAsStored,
+  kNetwork,  // big-endian in a reply
+};
+
+// What a number counts.
 enum class Unit : uint8_t {
   kNone,
   kBytes,
+  kPercent,
   kSeconds,
   kHours,
   kDays,
   kTimeStamp,  // seconds since 1970
 };
 
-enum class ByteOrder : uint8_t {
-  kAsStored,
-  kNetwork,  // big-endian in a reply
+// How people read a number.
+enum class Base : uint8_t {
+  kDecimal,
+  kHexadecimal,  // an identifier
+  kBitSet,       // in hexadecimal, too
+};
+
+// A value of a code, and the word for it.
+struct Word {
+  uint8_t value;
+  const char *text;
+};
+
+// The values that stand for "none", two at most.
+class NoneValues {
+ public:
+  constexpr NoneValues() = default;
+  constexpr NoneValues(std::initializer_list<int64_t> values) {
+    for (const int64_t value : values) values_[count_++] = value;
+  }
+
+  constexpr const int64_t *begin() const { return values_; }
+  constexpr const int64_t *end() const { return values_ + count_; }
+
+ private:
+  int64_t values_[2] = {};
+  size_t count_ = 0;
+};
+
+// The form of a value in XML.
+enum class XmlForm : uint8_t {
+  kText,
+  kDecimal,
+  kHexadecimal,
+  kPrefixedHexadecimal,  // with 0x
+};
+
+struct XmlAttribute {
+  const char *name = nullptr;  // null: XML does not show the field
+  XmlForm form = XmlForm::kText;
+};
+
+// What a row says of its field beside its place, its type and its line in a dump; nothing of it is required.
+struct Meaning {
+  Unit unit = Unit::kNone;
+  Base base = Base::kDecimal;
+  std::span<const Word> words = {};  // as far as values have one; the others are shown as numbers
+  NoneValues none = {};
+  XmlAttribute xml = {};
 };
 
 struct EntryTable;
@@ -47,7 +100,7 @@ struct Field {
   FieldType type;
   const char *label;  // the line of a text dump, with a printf conversion; null for a field that is not printed
   ByteOrder order;
-  Unit unit = Unit::kNone;
+  Meaning meaning = {};
   const EntryTable *entries = nullptr;
 };
 
@@ -59,6 +112,9 @@ struct EntryTable {
 };
 
 inline constexpr const char *kUnprinted = nullptr;
+
+// The longest field whose bytes are printed.
+inline constexpr size_t kMostPrintedBytes = 64;
 
 template <typename Member>
 consteval FieldType field_type() {
@@ -74,15 +130,20 @@ consteval const char *own_name(const char *path) {
 }
 
 template <typename Member>
-consteval Field make_field(const char *path, size_t offset, const char *label) {
+consteval Field make_field(const char *path, size_t offset, const char *label, Meaning meaning = {}) {
   const bool is_number = std::is_integral_v<Member> && sizeof(Member) > 1;
-  return {own_name(path),       offset, sizeof(Member),
-          field_type<Member>(), label,  is_number ? ByteOrder::kNetwork : ByteOrder::kAsStored};
+  return {own_name(path), offset,
+          sizeof(Member), field_type<Member>(),
+          label,          is_number ? ByteOrder::kNetwork : ByteOrder::kAsStored,
+          meaning};
 }
 
-// One row of a table.
-#define FIELD(record, member, label) \
-  ::mcserver::make_field<std::remove_reference_t<decltype(record::member)>>(#member, offsetof(record, member), label)
+// One row of a table: the member, its line in a dump, and what else there is to say of it.
+//
+//   FIELD(StorFanInfo, speed, "speed: 0x%x\n", {.base = Base::kHexadecimal, .none = {0}})
+#define FIELD(record, member, ...)                                                                             \
+  ::mcserver::make_field<std::remove_reference_t<decltype(record::member)>>(#member, offsetof(record, member), \
+                                                                            __VA_ARGS__)
 
 consteval Field flag(Field field) {
   field.type = FieldType::kFlag;
@@ -110,99 +171,30 @@ consteval Field as_stored(Field field) {
   return field;
 }
 
-consteval Field in(Unit unit, Field field) {
-  field.unit = unit;
-  return field;
-}
-
 constexpr Field entries(const EntryTable &table, Field field) {
   field.type = FieldType::kEntries;
   field.entries = &table;
   return field;
 }
 
-// Is the number passed to its label as a long? Its width differs from one machine to the other.
-constexpr bool takes_long(std::string_view label) { return label.find("%ld") != label.npos; }
-
-// The longest field whose bytes are printed.
-inline constexpr size_t kMostPrintedBytes = 64;
-
-// Does the conversion take an argument of the field's type?
-consteval bool conversion_fits(const Field &field, std::string_view conversion) {
-  switch (field.type) {
-    case FieldType::kText:
-    case FieldType::kFlag:
-    case FieldType::kInvertedFlag:
-    case FieldType::kStatus:
-    case FieldType::kAttachment:
-      return conversion.starts_with("s");
-    case FieldType::kBytes:
-      return conversion.starts_with("s") && field.width <= kMostPrintedBytes;
-    case FieldType::kSigned:
-      if (field.width == 4 && conversion.starts_with("ld")) return true;
-      return (field.width == 1 || field.width == 4) && conversion.starts_with("d");
-    case FieldType::kUnsigned:
-      if (field.width == 8) return conversion.starts_with("lld") || conversion.starts_with("llx");
-      return conversion.starts_with("d") || conversion.starts_with("x");
-    default:
-      return false;
-  }
+constexpr bool is_number(const Field &field) {
+  return field.type == FieldType::kUnsigned || field.type == FieldType::kSigned;
 }
 
-// Has the label nothing but conversions that fit, one or two, which show the same value?
-consteval bool label_fits(const Field &field, std::string_view label) {
-  size_t conversions = 0;
-  for (size_t at = label.find('%'); at != label.npos; at = label.find('%', at + 1), ++conversions)
-    if (!conversion_fits(field, label.substr(at + 1))) return false;
-  return conversions == 1 || conversions == 2;
-}
-
-consteval bool label_fits(const Field &field) {
-  if (field.label == nullptr) return field.type == FieldType::kBytes || field.type == FieldType::kEntries;
-  return label_fits(field, field.label);
-}
-
-// Does the table cover the record from its first byte to its last, without a gap?
-template <typename Record, size_t Rows>
-consteval bool covers(const std::array<Field, Rows> &table) {
-  size_t end = 0;
-  for (const Field &field : table) {
-    if (field.offset != end) return false;
-    end += field.width;
-  }
-  return end == sizeof(Record);
-}
-
-// Does it, and does every label fit?
-template <typename Record, size_t Rows>
-consteval bool describes(const std::array<Field, Rows> &table) {
-  for (const Field &field : table)
-    if (!label_fits(field)) return false;
-  return covers<Record>(table);
-}
-
-// The same for an entry of an array.
-template <typename Entry, size_t Rows>
-consteval bool describes_entry(const std::array<Field, Rows> &table) {
-  size_t end = 0;
-  for (const Field &field : table) {
-    const std::string_view label = field.label;
-    const size_t number = label.find("[%d]");
-    if (field.offset != end || number == label.npos || !label_fits(field, label.substr(number + 4))) return false;
-    end += field.width;
-  }
-  return end == sizeof(Entry);
+// The row with this name; as many as there are rows when there is none.
+constexpr size_t find_row(std::span<const Field> table, std::string_view name) {
+  size_t row = 0;
+  while (row < table.size() && table[row].name != name) ++row;
+  return row;
 }
 
 void no_such_field();  // not constant, so that reaching it does not compile
 
 // The row with this name, which the table must have.
-template <size_t Rows>
-consteval size_t row_of(const std::array<Field, Rows> &table, std::string_view name) {
-  for (size_t row = 0; row < Rows; ++row)
-    if (table[row].name == name) return row;
-  no_such_field();
-  return Rows;
+consteval size_t row_of(std::span<const Field> table, std::string_view name) {
+  const size_t row = find_row(table, name);
+  if (row == table.size()) no_such_field();
+  return row;
 }
 
 // One table behind the other: for records that differ only in a part.
@@ -219,7 +211,7 @@ consteval auto joined(const std::array<Field, Rows> &...tables) {
 
 // The rows with these names, in this order: for what is shown in an order of its own.
 template <size_t Rows, typename... Names>
-consteval std::array<Field, sizeof...(Names)> rows_of(const std::array<Field, Rows> &table, Names... names) {
+consteval std::array<Field, sizeof...(Names)> rows_named(const std::array<Field, Rows> &table, Names... names) {
   return {table[row_of(table, names)]...};
 }
 

@@ -80,11 +80,15 @@ TEST(Value, AFlagThatTheDumpInvertsIsShownAsItIs) {
             "true");
 }
 
-TEST(Value, ACellIsHexadecimalWhereTheDumpIs) {
+TEST(Value, ACellIsInTheBaseOfItsRow) {
   const Bytes record = Bytes::hex("00 01 00");
+  mcserver::Field number = field(FieldType::kUnsigned, 2, "value: 0x%x\n");
 
-  EXPECT_EQ(cell_text(span(record), field(FieldType::kUnsigned, 2, "value: 0x%x\n"), Endian::kBig), "0x100");
-  EXPECT_EQ(cell_text(span(record), field(FieldType::kUnsigned, 2, "value: %d\n"), Endian::kBig), "256");
+  EXPECT_EQ(cell_text(span(record), number, Endian::kBig), "256");
+  number.meaning.base = mcserver::Base::kHexadecimal;
+  EXPECT_EQ(cell_text(span(record), number, Endian::kBig), "0x100");
+  number.meaning.base = mcserver::Base::kBitSet;
+  EXPECT_EQ(cell_text(span(record), number, Endian::kBig), "0x100");
 }
 
 TEST(Value, BytesAreHexadecimalDigits) {

@@ -9,10 +9,12 @@
 namespace formats {
 namespace {
 
+using mcserver::Base;
 using mcserver::ByteOrder;
 using mcserver::Field;
 using mcserver::FieldType;
 using mcserver::Unit;
+using mcserver::Word;
 using mcstore::Kind;
 
 std::string_view type_name(FieldType type) {
@@ -45,6 +47,8 @@ std::string_view unit_name(Unit unit) {
       return "";
     case Unit::kBytes:
       return "bytes";
+    case Unit::kPercent:
+      return "percent";
     case Unit::kSeconds:
       return "seconds";
     case Unit::kHours:
@@ -57,10 +61,20 @@ std::string_view unit_name(Unit unit) {
   return "";
 }
 
+// How the number is read, which values have a word, and which stand for none.
+std::string values(const Field &field) {
+  std::vector<std::string> parts;
+  if (field.meaning.base == Base::kHexadecimal) parts.emplace_back("hexadecimal");
+  if (field.meaning.base == Base::kBitSet) parts.emplace_back("bit set");
+  if (field.type != FieldType::kStatus)  // whose words have a table of their own
+    for (const Word &word : field.meaning.words) parts.push_back(fmt::format("{} {}", word.value, word.text));
+  for (const int64_t none : field.meaning.none) parts.push_back(fmt::format("{} = none", none));
+  return fmt::format("{}", fmt::join(parts, ", "));
+}
+
 // Only numbers of more than one byte have an order.
 std::string_view order_in_reply(const Field &field) {
-  const bool is_number = field.type == FieldType::kUnsigned || field.type == FieldType::kSigned;
-  if (!is_number || field.width == 1) return "";
+  if (!is_number(field) || field.width == 1) return "";
   return field.order == ByteOrder::kNetwork ? "big-endian" : "little-endian";
 }
 
@@ -93,13 +107,14 @@ std::vector<std::string> place_and_type(const Field &field) {
 
 std::string fields_table(const Kind &kind, std::span<const Field> fields) {
   const bool has_dump = !kind.store_path.empty();
-  std::vector<std::string> columns = {"Offset", "Size", "Type", "Field", "Unit"};
+  std::vector<std::string> columns = {"Offset", "Size", "Type", "Field", "Unit", "Values"};
   if (kind.layout) columns.emplace_back("In a reply");
   if (has_dump) columns.emplace_back("Line of a dump");
   std::string text = table_of(columns);
   for (const Field &field : fields) {
     std::vector<std::string> cells = place_and_type(field);
-    cells.emplace_back(unit_name(field.unit));
+    cells.emplace_back(unit_name(field.meaning.unit));
+    cells.push_back(values(field));
     if (kind.layout) cells.emplace_back(order_in_reply(field));
     if (has_dump) cells.push_back(dump_line(field));
     text += row(cells);

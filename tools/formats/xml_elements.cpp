@@ -15,13 +15,23 @@ namespace {
 
 using mcserver::Field;
 
-// The label "vendor-id: 0x%x\n" makes vendor-id="0x%x", as in the XML itself.
+std::string_view conversion(mcserver::XmlForm form) {
+  switch (form) {
+    case mcserver::XmlForm::kText:
+      return "%s";
+    case mcserver::XmlForm::kDecimal:
+      return "%d";
+    case mcserver::XmlForm::kHexadecimal:
+      return "%x";
+    case mcserver::XmlForm::kPrefixedHexadecimal:
+      return "0x%x";
+  }
+  return "";
+}
+
 XmlAttribute attribute(const Field &field) {
-  const std::string_view label = field.label;
-  const size_t colon = label.find(": ");
-  std::string_view value = label.substr(colon + 2);
-  value = value.substr(0, value.find('\n'));
-  return {.text = fmt::format("{}=\"{}\"", label.substr(0, colon), value), .field = field.name};
+  const mcserver::XmlAttribute &xml = field.meaning.xml;
+  return {.text = fmt::format("{}=\"{}\"", xml.name, conversion(xml.form)), .field = field.name};
 }
 
 void append(std::vector<XmlAttribute> &attributes, std::span<const Field> fields) {

@@ -9,6 +9,7 @@
 #include "mcstore/json_input.h"
 #include "mcstore/kind.h"
 #include "mcstore/value.h"
+#include "records/kind_facts.h"
 
 namespace mcstore {
 namespace {
@@ -129,7 +130,9 @@ std::vector<StoreContent> parse_inventory(const std::string &json_text) {
   std::vector<StoreContent> stores;
   for (const auto &[key, value] : as_object(root, "the inventory").items()) {
     if (key == kFlashModuleKey) {
-      stores.push_back({.lock_path = kStorageLock, .path = kFlashModulePath, .bytes = flash_module_image(value, key)});
+      stores.push_back({.lock_path = mcserver::records::kRaidLockPath,
+                        .path = kFlashModulePath,
+                        .bytes = flash_module_image(value, key)});
       continue;
     }
     const auto kind =

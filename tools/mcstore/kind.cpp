@@ -16,8 +16,6 @@ namespace {
 
 namespace records = mcserver::records;
 
-constexpr std::string_view kNvmeLock = "/var/nvmectlr_info";
-
 // What the tool needs of a header: each has a count and a record size, some have a state.
 template <const auto &header>
 BinaryLayout layout_of() {
@@ -29,89 +27,86 @@ BinaryLayout layout_of() {
           .state = state == header.end() ? std::nullopt : std::optional(*state)};
 }
 
+// What a delta's record of a gone device shows in that field: a status as its word, another code as a number.
+std::string shown_gone_value(std::span<const Field> fields, const records::GoneMark &gone) {
+  if (gone.field.empty()) return {};
+  const Field &field = fields[mcserver::find_row(fields, gone.field)];
+  if (field.type != mcserver::FieldType::kStatus) return std::to_string(gone.value);
+  return std::ranges::find(field.meaning.words, gone.value, &mcserver::Word::value)->text;
+}
+
+// Completes what is the tool's own with what stands beside the kind's record table.
+void take_facts(Kind &kind, const records::KindFacts &facts) {
+  kind.name = facts.name;
+  kind.lock_path = facts.lock_path;
+  kind.store_path = facts.store_path;
+  for (const mcserver::IdentityMember &member : facts.identity) kind.identity.emplace_back(member.name);
+  kind.gone_field = facts.gone.field;
+  kind.gone_text = shown_gone_value(kind.fields, facts.gone);
+}
+
 Kind controllers() {
-  return {
-      .name = "controllers",
+  Kind kind = {
       .title = "RAID controllers",
       .full_entry_point = "mc_get_store_ctrls",
       .delta_entry_point = "mc_delta_store_ctrls",
       .decoder = "list_controllers",
-      .lock_path = kStorageLock,
-      .store_path = "/var/storctlr_info",
       .store_header = records::kControllerFileHeader,
       .record_size = sizeof(StorCtlrInfo),
       .fields = records::kController,
-      .variant = {},
       .layout = layout_of<records::kControllerReplyHeader>(),
-      .identity = {"index", "serial_number"},
       .label = "controller",
-      .gone_field = "controller_status",
-      .gone_text = "4",
   };
+  take_facts(kind, records::kControllerFacts);
+  return kind;
 }
 
 Kind drives() {
-  return {
-      .name = "drives",
+  Kind kind = {
       .title = "Physical drives",
       .full_entry_point = "mc_get_store_phydrives",
       .delta_entry_point = "mc_delta_store_phydrives",
       .decoder = "list_physical_drives",
-      .lock_path = kStorageLock,
-      .store_path = "/var/storphydrive_info",
       .store_header = records::kDriveFileHeader,
       .record_size = sizeof(StorPhyDriveInfo),
       .fields = records::kDrive,
-      .variant = {},
       .layout = layout_of<records::kDriveReplyHeader>(),
-      .identity = {"controller_index", "slot_num", "serial_num"},
       .label = "serial_num",
-      .gone_field = "status",
-      .gone_text = "14",
   };
+  take_facts(kind, records::kDriveFacts);
+  return kind;
 }
 
 Kind bbus() {
-  return {
-      .name = "bbus",
+  Kind kind = {
       .title = "Battery backup units",
       .full_entry_point = "mc_get_store_bbu",
       .delta_entry_point = "mc_delta_store_bbu",
       .decoder = "list_bbus",
-      .lock_path = kStorageLock,
-      .store_path = "/var/storBBU_info",
-      .store_header = {},
       .record_size = sizeof(StorBbuInfo),
       .fields = records::kBbuBattery,
       .variant = Variant{.flag = records::kBbuBattery[row_of(records::kBbuBattery, "capacitor")],
                          .fields = records::kBbuCapacitor},
       .layout = layout_of<records::kBbuReplyHeader>(),
-      .identity = {"controller_index"},
       .label = "device_name",
-      .gone_field = {},
-      .gone_text = {},
   };
+  take_facts(kind, records::kBbuFacts);
+  return kind;
 }
 
 Kind virtual_drives() {
-  return {
-      .name = "virtual-drives",
+  Kind kind = {
       .title = "Virtual drives",
       .full_entry_point = "mc_get_store_virtdrives",
       .delta_entry_point = "mc_delta_store_virtdrives",
       .decoder = "list_virtual_drives",
-      .lock_path = kStorageLock,
-      .store_path = "/var/storvirtdrive_info",
-      .store_header = {},
       .record_size = sizeof(StorVirtDriveInfo),
       .fields = records::kVirtualDrive,
-      .variant = {},
       .layout = layout_of<records::kVirtualDriveReplyHeader>(),
-      .identity = {"guid"},
       .label = "name",
-      .gone_field = "status",
-      .gone_text = "6",
   };
+  take_facts(kind, records::kVirtualDriveFacts);
+  return kind;
 }
 
 // They have neither a store file nor a known record: there is only the reply of a simulation.
@@ -129,61 +124,43 @@ Kind expanders() {
       .title = "SAS expanders",
       .full_entry_point = "mc_get_store_sasexpanders",
       .delta_entry_point = "mc_delta_store_sasexpanders",
-      .decoder = {},
-      .lock_path = kStorageLock,
-      .store_path = {},
-      .store_header = {},
+      .lock_path = records::kRaidLockPath,
       .record_size = kData[0].width,
       .fields = kData,
-      .variant = {},
       .layout = layout_of<records::kExpanderReplyHeader>(),
       .identity = {"data"},
       .label = "data",
-      .gone_field = {},
-      .gone_text = {},
   };
 }
 
 Kind nvme_controllers() {
-  return {
-      .name = "nvme-controllers",
+  Kind kind = {
       .title = "NVMe controllers and switches",
       .full_entry_point = "mc_get_nvme_controller",
       .delta_entry_point = "mc_event_nvme_controller",
       .decoder = "list_nvme_controllers",
-      .lock_path = kNvmeLock,
-      .store_path = "/var/nvmectlr_info",
       .store_header = records::kNvmeControllerFileHeader,
       .record_size = sizeof(NvmeCtlrInfo),
       .fields = records::kNvmeController,
-      .variant = {},
-      .layout = {},
-      .identity = {"controller_name"},
       .label = "controller_name",
-      .gone_field = "status",
-      .gone_text = "Deleted",
   };
+  take_facts(kind, records::kNvmeControllerFacts);
+  return kind;
 }
 
 Kind nvme_drives() {
-  return {
-      .name = "nvme-drives",
+  Kind kind = {
       .title = "NVMe drives",
       .full_entry_point = "mc_get_nvme_phy_drive",
       .delta_entry_point = "mc_event_nvme_phy_drive",
       .decoder = "list_nvme_physical_drives",
-      .lock_path = kNvmeLock,
-      .store_path = "/var/nvmephydrive_info",
       .store_header = records::kNvmeDriveFileHeader,
       .record_size = sizeof(NvmePhyDriveInfo),
       .fields = records::kNvmeDrive,
-      .variant = {},
-      .layout = {},
-      .identity = {"smbios_pcislotname", "serial_number"},
       .label = "smbios_pcislotname",
-      .gone_field = "status",
-      .gone_text = "Deleted",
   };
+  take_facts(kind, records::kNvmeDriveFacts);
+  return kind;
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <optional>
 #include <span>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -31,31 +32,28 @@ struct Variant {
 };
 
 struct Kind {
-  std::string_view name;   // as the command line and JSON spell it
-  std::string_view title;  // as people read it
+  std::string_view name = {};  // as the command line and JSON spell it
+  std::string_view title;      // as people read it
   std::string_view full_entry_point;
   std::string_view delta_entry_point;
-  std::string_view decoder;  // empty: the kind has no store file
+  std::string_view decoder = {};  // empty: the kind has no store file
 
-  std::string_view lock_path;
-  std::string_view store_path;
-  std::span<const Field> store_header;
+  std::string_view lock_path = {};
+  std::string_view store_path = {};
+  std::span<const Field> store_header = {};
   size_t record_size;
   std::span<const Field> fields;
-  std::optional<Variant> variant;
-  std::optional<BinaryLayout> layout;  // none: the kind answers in XML
+  std::optional<Variant> variant = {};
+  std::optional<BinaryLayout> layout = {};  // none: the kind answers in XML
 
   // Names of fields. The identity tells one device from another; the label is what people call a device. A delta
   // reports a gone device by this text of this field; beside it, only identity and label are sure to be there. The
   // field is empty for a kind that does not report gone devices.
-  std::vector<std::string_view> identity;
+  std::vector<std::string_view> identity = {};
   std::string_view label;
-  std::string_view gone_field;
-  std::string_view gone_text;
+  std::string_view gone_field = {};
+  std::string gone_text = {};
 };
-
-// The lock file of the RAID kinds.
-inline constexpr std::string_view kStorageLock = "/var/storctlr_info";
 
 // The fields that this record has.
 std::span<const Field> fields_of(const Kind &kind, std::span<const uint8_t> record);

@@ -33,6 +33,8 @@ std::string time_stamp(uint64_t number) {
 
 }  // namespace
 
+bool has_form(Unit unit) { return unit != Unit::kNone && unit != Unit::kPercent; }
+
 std::string in_unit(uint64_t number, Unit unit) {
   switch (unit) {
     case Unit::kBytes:

@@ -8,8 +8,11 @@
 
 namespace mcstore {
 
-// "1.0 GiB", "2026-03-02 10:00:00 UTC", "8760 h (365 days)". A time that is not set is "none". Unit::kNone is a
-// number like any other.
+// Do people read such numbers in another form than as the number alone?
+bool has_form(mcserver::Unit unit);
+
+// "1.0 GiB", "2026-03-02 10:00:00 UTC", "8760 h (365 days)". A time that is not set is "none". A unit
+// without a form is a number like any other.
 std::string in_unit(uint64_t number, mcserver::Unit unit);
 
 }  // namespace mcstore

@@ -53,11 +53,7 @@ std::string printable(const std::string &text) {
   return result;
 }
 
-bool is_hexadecimal(const Field &field) {
-  const std::string_view label = field.label ? field.label : "";
-  const bool is_decimal = label.find("%d") != label.npos || label.find("%lld") != label.npos;
-  return !is_decimal && (label.find("%x") != label.npos || label.find("%llx") != label.npos);
-}
+bool is_hexadecimal(const Field &field) { return field.meaning.base != mcserver::Base::kDecimal; }
 
 uint64_t number_at(std::span<const uint8_t> record, const Field &field, Endian endian) {
   const std::span<const uint8_t> bytes = bytes_of(record, field);
@@ -88,8 +84,8 @@ std::string cell_text(std::span<const uint8_t> record, const Field &field, Endia
       return hex_digits(bytes_of(record, field));
     case FieldType::kSigned: {
       const int64_t number = signed_at(record, field, endian);
-      return field.unit == mcserver::Unit::kNone ? fmt::format("{}", number)
-                                                 : in_unit(static_cast<uint64_t>(number), field.unit);
+      return has_form(field.meaning.unit) ? in_unit(static_cast<uint64_t>(number), field.meaning.unit)
+                                          : fmt::format("{}", number);
     }
     case FieldType::kAttachment:
       return number_at(record, field, endian) == 1 ? "directly" : "through an expander";
@@ -100,7 +96,7 @@ std::string cell_text(std::span<const uint8_t> record, const Field &field, Endia
     }
     default: {
       const uint64_t number = number_at(record, field, endian);
-      if (field.unit != mcserver::Unit::kNone) return in_unit(number, field.unit);
+      if (has_form(field.meaning.unit)) return in_unit(number, field.meaning.unit);
       return is_hexadecimal(field) ? fmt::format("{:#x}", number) : fmt::format("{}", number);
     }
   }

@@ -25,11 +25,13 @@ Json typed_value(const Kind &kind, const std::string &name, const std::string &t
       std::find_if(kind.fields.begin(), kind.fields.end(), [&](const Field &one) { return one.name == name; });
   if (field == kind.fields.end() || field->type != mcserver::FieldType::kUnsigned) return text;
 
-  const bool has_prefix = text.starts_with("0x");
+  using mcserver::XmlForm;
+  const XmlForm form = field->meaning.xml.form;
+  const bool has_prefix = form == XmlForm::kPrefixedHexadecimal && text.starts_with("0x");
   const char *const start = text.data() + (has_prefix ? 2 : 0);
   const char *const end = text.data() + text.size();
   uint64_t number = 0;
-  const auto result = std::from_chars(start, end, number, is_hexadecimal(*field) ? 16 : 10);
+  const auto result = std::from_chars(start, end, number, form == XmlForm::kDecimal ? 10 : 16);
   return result.ec == std::errc() && result.ptr == end ? Json(number) : Json(text);
 }
 

@@ -20,14 +20,14 @@ EXPORTED void print_nvme_ctlrinfo(const NvmeCtlrInfo *record, FILE *stream) {
 
   const ShownRecord shown(record);
   print_lines(stream, lines_of<kNameAndType>, shown.bytes());
-  print_line(stream, kModTimestamp, shown.bytes());
+  print_lines(stream, lines_of<kModTimestamp>, shown.bytes());
   print_lines(stream, lines_of<kStatusAndDrives>, shown.bytes(), nvme_status_names);
   if (is_switch(*record)) {
     print_lines(stream, lines_of<kSwitch>, shown.bytes());
-    const SwitchStatus own(shown.text(kSwitchStatus), kSevereFault);
+    const SwitchStatus own(shown.text_at(kSwitchStatus.offset), MC_NVME_SEVERE_FAULT);
     fprintf(stream, kSwitchStatus.label, own.status);
     if (own.description) fprintf(stream, "switch-status-desc: %s\n", own.description);
-    const SwitchStatus link(shown.text(kLinkStatus), kModerateFault);
+    const SwitchStatus link(shown.text_at(kLinkStatus.offset), MC_NVME_MODERATE_FAULT);
     fprintf(stream, kLinkStatus.label, link.status);
     // The empty line that ends a record comes only here.
     if (link.description) fprintf(stream, "link-status-desc: %s\n\n", link.description);

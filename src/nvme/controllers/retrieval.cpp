@@ -8,7 +8,6 @@
 #include "mcserver_storage.h"
 #include "nvme/answer.h"
 #include "nvme/controllers/fields.h"
-#include "nvme/names.h"
 #include "nvme/nvme_lock.h"
 #include "records/nvme_controller_record.h"
 #include "shared/counted_records.h"
@@ -26,6 +25,7 @@ namespace mcserver::nvme::controllers {
 namespace {
 
 constexpr char kFunction[] = "get_nvme_controller_info";
+constexpr const records::KindFacts &kFacts = records::kNvmeControllerFacts;
 using Image = CountedRecords<NvmeCtlrImageHeader, NvmeCtlrInfo>;
 
 // What the previous call left. The host runs one call of a kind at a time, so nothing guards it.
@@ -55,27 +55,20 @@ void write_header(uint8_t *image, uint8_t state) {
 }
 
 // The other fields stay: they may be those of a record that was read and not reported.
-void write_deleted(const NvmeCtlrSummary &entry, NvmeCtlrInfo *record) {
+void write_gone(const NvmeCtlrSummary &entry, NvmeCtlrInfo *record) {
   strncpy_s(record->controller_name, sizeof record->controller_name, entry.controller_name,
             sizeof entry.controller_name);
-  record->status = kDeleted;
+  record->status = kFacts.gone.value;
 }
 
-// Records and summaries have this member alike.
-struct Identity {
-  template <typename A, typename B>
-  static int compare(const A &a, const B &b) {
-    return strncmp(a.controller_name, b.controller_name, sizeof a.controller_name);
-  }
-};
-using Index = IdentityIndex<Identity, NvmeCtlrSummary>;
+using Index = IdentityIndex<NvmeCtlrInfo, NvmeCtlrSummary, records::kNvmeControllerIdentity>;
 
 }  // namespace
 
 EXPORTED int32_t new_nvme_ctlr_or_modified(const NvmeCtlrInfo *record, const NvmeCtlrSummary *cached_list,
                                            uint16_t cached_count) {
   if (!record || !cached_list) return 0;
-  return is_new_or_modified(first_of<Identity>(std::span(cached_list, cached_count), *record), record->mod_timestamp);
+  return is_new_or_modified(Index::first_of(std::span(cached_list, cached_count), *record), record->mod_timestamp);
 }
 
 EXPORTED void add_deleted_nvme_ctlrs(uint8_t *image, uint16_t cur_count, const NvmeCtlrSummary *cur_list,
@@ -83,7 +76,7 @@ EXPORTED void add_deleted_nvme_ctlrs(uint8_t *image, uint16_t cur_count, const N
   if (!image || !cur_list || !cached_list) return;
   const Index cur({cur_list, cur_count});
   for (const NvmeCtlrSummary &entry : std::span(cached_list, cached_count))
-    if (!cur.find(entry)) write_deleted(entry, Image::append(image));
+    if (!cur.find(entry)) write_gone(entry, Image::append(image));
 }
 
 EXPORTED int32_t get_nvme_controller_info(void *ctx, uint8_t *reply, uint32_t reply_size, uint32_t *reply_len,
@@ -113,7 +106,7 @@ EXPORTED int32_t get_nvme_controller_info(void *ctx, uint8_t *reply, uint32_t re
   const bool state_changed = event && state != previous.state;
   if (state_changed) log_state_change(662, previous, {store.modified(), state});
   // An event compares records only in one state; in any other, only a change of the state itself is news.
-  if (event && !state_changed && state != kMainPower) return MC_STORE_SUCCESS;
+  if (event && !state_changed && state != MC_NVME_STATE_MAIN_POWER) return MC_STORE_SUCCESS;
   subsystem.state = state;
 
   SummaryLists<NvmeCtlrSummary> &lists = baseline.lists;
@@ -144,7 +137,8 @@ EXPORTED int32_t get_nvme_controller_info(void *ctx, uint8_t *reply, uint32_t re
 
     if (state_changed)
       SYSTEM_LOG(kNvmeSource, 743, "NVME subsystem state changed, controller_name=%s, modTimestamp=%d\n",
-                 ShownRecord(record).text(kControllerName), static_cast<int32_t>(record->mod_timestamp));
+                 ShownRecord(record).text_at(offsetof(NvmeCtlrInfo, controller_name)),
+                 static_cast<int32_t>(record->mod_timestamp));
     Image::header_of(image.bytes())->count++;
   }
   if (!reader.at_end())

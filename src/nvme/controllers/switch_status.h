@@ -5,9 +5,6 @@
 #include <cstring>
 
 #include "mcserver_storage.h"
-#include "nvme/names.h"
-#include "shared/field.h"
-#include "shared/record_text.h"
 
 namespace mcserver::nvme::controllers {
 
@@ -23,7 +20,7 @@ struct SwitchStatus {
   const char *description;  // null when there is no fault
 
   SwitchStatus(const char *text, uint8_t fault) : status(text), description(nullptr) {
-    const char *optimal = nvme_status_names[kOptimal];
+    const char *optimal = nvme_status_names[MC_NVME_OPTIMAL];
     if (strncmp(text, optimal, strlen(optimal)) == 0) return;
     status = nvme_status_names[fault];
     description = text;

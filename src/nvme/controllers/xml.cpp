@@ -10,20 +10,23 @@
 namespace mcserver::nvme::controllers {
 namespace {
 
-void write_status(XmlText &xml, const SwitchStatus &shown, const char *name, const char *description_name) {
-  xml.attribute(name, shown.status);
+// A description goes into an attribute of its own, which no field has.
+void write_status(XmlText &xml, const SwitchStatus &shown, const Field &field, const char *description_name) {
+  xml.attribute(field.meaning.xml.name, shown.status);
   if (shown.description) xml.attribute(description_name, shown.description);
 }
 
 void write_controller(XmlText &xml, const NvmeCtlrInfo *record) {
   const ShownRecord shown(record);
   xml.open(kElement);
-  xml.attributes(lines_of<kNameAndType>, shown.bytes());
-  xml.attributes(lines_of<kStatusAndDrives>, shown.bytes());
+  xml.attributes(attributes_of<kNameAndType>, shown.bytes());
+  xml.attributes(attributes_of<kStatusAndDrives>, shown.bytes());
   if (is_switch(*record)) {
-    xml.attributes(lines_of<kSwitch>, shown.bytes());
-    write_status(xml, {shown.text(kSwitchStatus), kSevereFault}, "switch-status", "switch-status-desc");
-    write_status(xml, {shown.text(kLinkStatus), kModerateFault}, "link-status", "link-status-desc");
+    xml.attributes(attributes_of<kSwitch>, shown.bytes());
+    const SwitchStatus own(shown.text_at(kSwitchStatus.offset), MC_NVME_SEVERE_FAULT);
+    write_status(xml, own, kSwitchStatus, "switch-status-desc");
+    const SwitchStatus link(shown.text_at(kLinkStatus.offset), MC_NVME_MODERATE_FAULT);
+    write_status(xml, link, kLinkStatus, "link-status-desc");
   }
   xml.close();
 }

@@ -19,7 +19,7 @@ EXPORTED void print_nvme_pdinfo(const NvmePhyDriveInfo *record, FILE *stream) {
 
   const ShownRecord shown(record);
   print_lines(stream, lines_of<kShown>, shown.bytes(), nvme_status_names);
-  print_line(stream, kModTimestamp, shown.bytes());
+  print_lines(stream, lines_of<kModTimestamp>, shown.bytes());
   fflush(stream);
 }
 

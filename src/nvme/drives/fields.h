@@ -2,8 +2,8 @@
 // record's.
 #pragma once
 
-#include "nvme/xml_text.h"
 #include "records/nvme_drive_record.h"
+#include "shared/field_proofs.h"
 
 namespace mcserver::nvme::drives {
 
@@ -11,14 +11,14 @@ inline constexpr char kSummaryElement[] = "NVME-phy-drive-summary";
 inline constexpr char kElement[] = "NVME-phy-drive";
 
 inline constexpr auto kShown =
-    rows_of(records::kNvmeDrive, "controller_name", "smbios_pcislotname", "product_name", "status", "serial_number",
-            "firmware_version", "vendor", "vendor_id", "device_id", "subvendor_id", "subdevice_id", "temperature",
-            "status_description", "drive_life_used_percent", "life_left_in_days", "percent_power_on_hours",
-            "performance_percent", "throttle_threshold", "shutdown_threshold");
+    rows_named(records::kNvmeDrive, "controller_name", "smbios_pcislotname", "product_name", "status", "serial_number",
+               "firmware_version", "vendor", "vendor_id", "device_id", "subvendor_id", "subdevice_id", "temperature",
+               "status_description", "drive_life_used_percent", "life_left_in_days", "percent_power_on_hours",
+               "performance_percent", "throttle_threshold", "shutdown_threshold");
 
-static_assert(make_attributes(kShown));
+static_assert(makes_attributes<kShown>());
 
 // Only the dump has this; its line ends the record with an empty one.
-inline constexpr Line kModTimestamp = line_of(records::kNvmeDrive[row_of(records::kNvmeDrive, "mod_timestamp")]);
+inline constexpr auto kModTimestamp = rows_named(records::kNvmeDrive, "mod_timestamp");
 
 }  // namespace mcserver::nvme::drives

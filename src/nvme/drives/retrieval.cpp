@@ -6,7 +6,6 @@
 
 #include "mcserver_storage.h"
 #include "nvme/answer.h"
-#include "nvme/names.h"
 #include "nvme/nvme_lock.h"
 #include "records/nvme_drive_record.h"
 #include "shared/counted_records.h"
@@ -23,7 +22,7 @@ namespace mcserver::nvme::drives {
 namespace {
 
 constexpr char kFunction[] = "get_nvme_phy_drive_info";
-constexpr char kStorePath[] = "/var/nvmephydrive_info";
+constexpr const records::KindFacts &kFacts = records::kNvmeDriveFacts;
 using Image = CountedRecords<NvmeDriveImageHeader, NvmePhyDriveInfo>;
 
 // What the previous call left. The host runs one call of a kind at a time, so nothing guards it.
@@ -62,7 +61,7 @@ void summarize(const NvmePhyDriveInfo &record, NvmeDriveSummary &entry) {
 }
 
 // The other fields stay: they may be those of a record that was read and not reported.
-void write_deleted(const NvmeDriveSummary &entry, NvmePhyDriveInfo *record) {
+void write_gone(const NvmeDriveSummary &entry, NvmePhyDriveInfo *record) {
   strncpy_s(record->smbios_pcislotname, sizeof record->smbios_pcislotname, entry.smbios_pcislotname,
             sizeof entry.smbios_pcislotname);
   strncpy_s(record->serial_number, sizeof record->serial_number, entry.serial_number, sizeof entry.serial_number);
@@ -70,25 +69,17 @@ void write_deleted(const NvmeDriveSummary &entry, NvmePhyDriveInfo *record) {
   record->device_id = entry.device_id;
   record->subvendor_id = entry.subvendor_id;
   record->subdevice_id = entry.subdevice_id;
-  record->status = kDeleted;
+  record->status = kFacts.gone.value;
 }
 
-// Records and summaries have these two members alike.
-struct Identity {
-  template <typename A, typename B>
-  static int compare(const A &a, const B &b) {
-    const int slot_order = strncmp(a.smbios_pcislotname, b.smbios_pcislotname, sizeof a.smbios_pcislotname);
-    return slot_order != 0 ? slot_order : strncmp(a.serial_number, b.serial_number, sizeof a.serial_number);
-  }
-};
-using Index = IdentityIndex<Identity, NvmeDriveSummary>;
+using Index = IdentityIndex<NvmePhyDriveInfo, NvmeDriveSummary, records::kNvmeDriveIdentity>;
 
 }  // namespace
 
 EXPORTED int32_t new_nvme_drive_or_modified(const NvmePhyDriveInfo *record, const NvmeDriveSummary *cached_list,
                                             uint16_t cached_count) {
   if (!record || !cached_list) return 0;
-  return is_new_or_modified(first_of<Identity>(std::span(cached_list, cached_count), *record), record->mod_timestamp);
+  return is_new_or_modified(Index::first_of(std::span(cached_list, cached_count), *record), record->mod_timestamp);
 }
 
 EXPORTED void add_deleted_nvme_drives(uint8_t *image, uint16_t cur_count, const NvmeDriveSummary *cur_list,
@@ -96,7 +87,7 @@ EXPORTED void add_deleted_nvme_drives(uint8_t *image, uint16_t cur_count, const 
   if (!image || !cur_list || !cached_list) return;
   const Index cur({cur_list, cur_count});
   for (const NvmeDriveSummary &entry : std::span(cached_list, cached_count))
-    if (!cur.find(entry)) write_deleted(entry, Image::append(image));
+    if (!cur.find(entry)) write_gone(entry, Image::append(image));
 }
 
 EXPORTED int32_t get_nvme_phy_drive_info(void *ctx, uint8_t *reply, uint32_t reply_size, uint32_t *reply_len,
@@ -104,7 +95,7 @@ EXPORTED int32_t get_nvme_phy_drive_info(void *ctx, uint8_t *reply, uint32_t rep
   if (!reply_len) return MC_STORE_UNAVAILABLE;  // the host's error
   *reply_len = 0;
 
-  StoreFile store(kNvmeLock, kStorePath);
+  StoreFile store(kNvmeLock, kFacts.store_path);
   if (store.status() != MC_STORE_SUCCESS) return store.status();
 
   Subsystem &subsystem = baseline.subsystem;
@@ -120,7 +111,7 @@ EXPORTED int32_t get_nvme_phy_drive_info(void *ctx, uint8_t *reply, uint32_t rep
   const bool state_changed = event && state != previous.state;
   if (state_changed) log_state_change(460, previous, {store.modified(), state});
   // An event compares records only in one state; in any other, only a change of the state itself is news.
-  if (event && !state_changed && state != kMainPower) return MC_STORE_SUCCESS;
+  if (event && !state_changed && state != MC_NVME_STATE_MAIN_POWER) return MC_STORE_SUCCESS;
   subsystem.state = state;
 
   const OwnedMemory image(new_image(store.size()));
@@ -145,8 +136,8 @@ EXPORTED int32_t get_nvme_phy_drive_info(void *ctx, uint8_t *reply, uint32_t rep
   // A record that is not counted is overwritten by the next one.
   while (NvmePhyDriveInfo *record = reader.read_into(Image::next_slot(image.bytes()))) {
     if (lists.cur_count() >= max_entries) {
-      TRACE(kFunction, 512, "Error: File %s has more entries than initially passed max value of %d\n", kStorePath,
-            max_entries);
+      TRACE(kFunction, 512, "Error: File %s has more entries than initially passed max value of %d\n",
+            kFacts.store_path, max_entries);
       break;
     }
     summarize(*record, lists.add());
@@ -155,7 +146,8 @@ EXPORTED int32_t get_nvme_phy_drive_info(void *ctx, uint8_t *reply, uint32_t rep
     if (state_changed) SYSTEM_LOG(kNvmeSource, 539, "NVME subsystem state changed");
     Image::header_of(image.bytes())->count++;
   }
-  if (!reader.at_end()) TRACE(kFunction, 545, "Error reading file %s, %s\n", kStorePath, strerror(reader.error()));
+  if (!reader.at_end())
+    TRACE(kFunction, 545, "Error reading file %s, %s\n", kFacts.store_path, strerror(reader.error()));
 
   if (event)
     add_deleted_nvme_drives(image.bytes(), static_cast<uint16_t>(lists.cur_count()), lists.cur(),

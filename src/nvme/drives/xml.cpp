@@ -12,7 +12,7 @@ namespace {
 void write_drive(XmlText &xml, const NvmePhyDriveInfo *record) {
   const ShownRecord shown(record);
   xml.open(kElement);
-  xml.attributes(lines_of<kShown>, shown.bytes());
+  xml.attributes(attributes_of<kShown>, shown.bytes());
   xml.close();
 }
 

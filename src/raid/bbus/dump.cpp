@@ -1,7 +1,6 @@
 // The BBU traces for service engineers: a record field by field, its flash-module texts, and the summary lists.
 
 #include <cstdio>
-#include <span>
 
 #include "mcserver_storage.h"
 #include "raid/dump_files.h"
@@ -15,7 +14,7 @@ namespace {
 constexpr ListDump kListDump = {"/var/mctool_bbudebug", "/var/mctool_bbudebug.txt"};
 
 // The flash-module texts are not part of a record's dump: in the store file they are seldom right.
-constexpr std::span<const Line> kEnd = lines_of<records::kBbuEnd>;
+constexpr Rows kEnd = lines_of<records::kBbuEnd>;
 constexpr size_t kFlashModuleTexts = row_of(records::kBbuEnd, "tfm_vendor");
 
 void print_record(const StorBbuInfo *record, FILE *stream) {
@@ -38,7 +37,7 @@ EXPORTED void print_bbuInfo(const StorBbuInfo *record, FILE *stream) { dump_reco
 EXPORTED void print_bbuTFMInfo(const StorBbuInfo *record) {
   if (!record) return;
   const Stream dump = open_record_dump();
-  if (dump) print_lines(dump.get(), kEnd.subspan(kFlashModuleTexts), ShownRecord(record).bytes());
+  if (dump) print_lines(dump.get(), kEnd.from(kFlashModuleTexts), ShownRecord(record).bytes());
 }
 
 EXPORTED void print_bbu_list(const BbuSummary *list, int32_t count, const char *title) {

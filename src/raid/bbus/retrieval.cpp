@@ -22,7 +22,7 @@ namespace mcserver::raid::bbus {
 namespace {
 
 constexpr char kFunction[] = "get_store_bbu";
-constexpr char kStorePath[] = "/var/storBBU_info";
+constexpr const records::KindFacts &kFacts = records::kBbuFacts;
 
 // What the previous call left. The host runs one call of a kind at a time, so nothing guards it.
 struct Baseline {
@@ -55,14 +55,7 @@ void summarize(const StorBbuInfo &record, BbuSummary &entry) {
   entry.mod_timestamp = record.modified_timestamp;
 }
 
-// Records and summaries have this member alike.
-struct Identity {
-  template <typename A, typename B>
-  static int compare(const A &a, const B &b) {
-    return a.controller_index - b.controller_index;
-  }
-};
-using Index = IdentityIndex<Identity, BbuSummary>;
+using Index = IdentityIndex<StorBbuInfo, BbuSummary, records::kBbuIdentity>;
 
 void convert(StorBbuInfo *record) {
   if (record->capacitor)
@@ -75,15 +68,14 @@ void convert(StorBbuInfo *record) {
 
 EXPORTED int32_t new_bbu_or_modified(const StorBbuInfo *record, const BbuSummary *cached_list, uint16_t cached_count) {
   if (!record || !cached_list) return 0;
-  return is_new_or_modified(first_of<Identity>(std::span(cached_list, cached_count), *record),
-                            record->modified_timestamp);
+  return is_new_or_modified(Index::first_of(std::span(cached_list, cached_count), *record), record->modified_timestamp);
 }
 
 EXPORTED int32_t get_store_bbu(void *ctx, uint8_t *buf, uint32_t bufsize, uint32_t *len, int32_t delta) {
   if (!len) return MC_STORE_UNAVAILABLE;  // the host's error
   *len = 0;
 
-  StoreFile store(kStorageLock, kStorePath);
+  StoreFile store(kStorageLock, kFacts.store_path);
   if (store.status() != MC_STORE_SUCCESS) return store.status();
 
   if (delta == kDelta && store.modified() == baseline.modified) return MC_STORE_SUCCESS;
@@ -126,7 +118,8 @@ EXPORTED int32_t get_store_bbu(void *ctx, uint8_t *buf, uint32_t bufsize, uint32
     print_bbuTFMInfo(record);
     header->count++;
   }
-  if (!reader.at_end()) TRACE(kFunction, 2431, "Error reading file %s, %s\n", kStorePath, strerror(reader.error()));
+  if (!reader.at_end())
+    TRACE(kFunction, 2431, "Error reading file %s, %s\n", kFacts.store_path, strerror(reader.error()));
 
   store.release();  // before the lists are exchanged, unlike for the other kinds
   print_bbu_list(lists.cur(), lists.cur_count(), "cur_bbu_list");

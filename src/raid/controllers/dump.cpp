@@ -1,7 +1,6 @@
 // The controller traces for service engineers: a record field by field, and the summary lists.
 
 #include <cstdio>
-#include <span>
 
 #include "mcserver_storage.h"
 #include "raid/dump_files.h"
@@ -14,26 +13,28 @@ namespace {
 
 constexpr ListDump kListDump = {"/var/mctool_ctlrdebug", "/var/mctool_ctlrdebug.txt"};
 
-constexpr std::span<const Line> kLines = lines_of<records::kController>;
-constexpr const Line &kIndex = kLines[row_of(records::kController, "index")];
-constexpr const Line &kController = kLines[row_of(records::kController, "controller")];
-constexpr const Line &kSlotName = kLines[row_of(records::kController, "smbios_pcislotname")];
-constexpr const Line &kProductName = kLines[row_of(records::kController, "product_name")];
-constexpr const Line &kIsSupported = kLines[row_of(records::kController, "is_supported")];
-constexpr std::span kTheRest = kLines.subspan(row_of(records::kController, "reason_not_supported"));
+// Lines of the record's first rows, which the dump shows in another order.
+template <size_t row>
+constexpr Rows kLine = lines_of<records::kController>.only(row);
+constexpr size_t kIndex = row_of(records::kController, "index");
+constexpr size_t kController = row_of(records::kController, "controller");
+constexpr size_t kSlotName = row_of(records::kController, "smbios_pcislotname");
+constexpr size_t kProductName = row_of(records::kController, "product_name");
+constexpr size_t kIsSupported = row_of(records::kController, "is_supported");
+constexpr size_t kTheRest = row_of(records::kController, "reason_not_supported");
 
 void print_record(const StorCtlrInfo *record, FILE *stream) {
   const ShownRecord shown(record);
-  print_line(stream, kController, shown.bytes());
-  print_line(stream, kSlotName, shown.bytes());
+  print_lines(stream, kLine<kController>, shown.bytes());
+  print_lines(stream, kLine<kSlotName>, shown.bytes());
   if (record->is_supported != 1) {
-    print_line(stream, kIsSupported, shown.bytes());  // "true" here means neither 0 nor 1
+    print_lines(stream, kLine<kIsSupported>, shown.bytes());  // "true" here means neither 0 nor 1
     return;
   }
-  print_line(stream, kIndex, shown.bytes());
-  print_line(stream, kProductName, shown.bytes());
-  print_line(stream, kIsSupported, shown.bytes());
-  print_lines(stream, kTheRest, shown.bytes());
+  print_lines(stream, kLine<kIndex>, shown.bytes());
+  print_lines(stream, kLine<kProductName>, shown.bytes());
+  print_lines(stream, kLine<kIsSupported>, shown.bytes());
+  print_lines(stream, lines_of<records::kController>.from(kTheRest), shown.bytes());
 }
 
 void print_entry(const CtlrSummary *entry, FILE *stream) { fprintf(stream, "[%d]  ", entry->index); }

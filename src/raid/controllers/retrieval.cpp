@@ -22,10 +22,8 @@ namespace mcserver::raid::controllers {
 namespace {
 
 constexpr char kFunction[] = "get_store_ctrls";
+constexpr const records::KindFacts &kFacts = records::kControllerFacts;
 constexpr int kReplyLimit = 65536;  // what the size trace compares with, whatever the host granted
-constexpr uint8_t kReady = 2;       // the one subsystem state in which a delta compares records
-constexpr uint8_t kNotReady = 1;
-constexpr uint8_t kGone = 4;  // controller_status of a controller that is no longer in the file
 
 // What the previous call left. The host runs one call of a kind at a time, so nothing guards it.
 struct Baseline {
@@ -87,17 +85,10 @@ void write_gone(const CtlrSummary &entry, StorCtlrInfo *record) {
   record->subdevice_id = to_big_endian(entry.subdevice_id);
   record->is_supported = 1;
   record->controller_type = entry.controller_type;
-  record->controller_status = kGone;
+  record->controller_status = kFacts.gone.value;
 }
 
-// Records and summaries have these two members alike.
-struct Identity {
-  template <typename A, typename B>
-  static int compare(const A &a, const B &b) {
-    return a.index != b.index ? a.index - b.index : strncmp(a.serial_number, b.serial_number, sizeof a.serial_number);
-  }
-};
-using Index = IdentityIndex<Identity, CtlrSummary>;
+using Index = IdentityIndex<StorCtlrInfo, CtlrSummary, records::kControllerIdentity>;
 
 bool is_gone(const CtlrSummary &cached, const Index &cur) {
   const bool is_known = cached.serial_number[0] != '\0' && cached.vendor_id != 0 && cached.device_id != 0 &&
@@ -115,7 +106,7 @@ uint32_t count_gone(const Index &cur, std::span<const CtlrSummary> cached) {
 EXPORTED int32_t new_ctlr_or_modified(const StorCtlrInfo *record, const CtlrSummary *cached_list,
                                       uint16_t cached_count) {
   if (!record || !cached_list) return 0;
-  return is_new_or_modified(first_of<Identity>(std::span(cached_list, cached_count), *record), record->mod_timestamp);
+  return is_new_or_modified(Index::first_of(std::span(cached_list, cached_count), *record), record->mod_timestamp);
 }
 
 EXPORTED void add_deleted_ctlrs(uint8_t *reply, uint16_t cur_count, const CtlrSummary *cur_list, uint16_t cached_count,
@@ -146,7 +137,7 @@ EXPORTED int32_t get_store_ctrls(void *ctx, uint8_t *buf, uint32_t bufsize, uint
   const bool state_changed = delta && state != baseline.state;
   if (state_changed) log_state_change(state, previous_modified);
   // A delta compares records only in one state; in any other, only a change of the state itself is news.
-  if (delta && !state_changed && state != kReady) return MC_STORE_SUCCESS;
+  if (delta && !state_changed && state != MC_STORE_STATE_READY) return MC_STORE_SUCCESS;
   baseline.state = state;
 
   SummaryLists<CtlrSummary> &lists = baseline.lists;
@@ -186,9 +177,9 @@ EXPORTED int32_t get_store_ctrls(void *ctx, uint8_t *buf, uint32_t bufsize, uint
 
   // Both platforms are ready without a controller, which the host is to see as not ready.
   StoreReplyHeader *header = Layout::header_of(reply.bytes());
-  if ((running_on_kestrano() || running_on_morvik()) && header->state == kReady && header->count == 0 &&
+  if ((running_on_kestrano() || running_on_morvik()) && header->state == MC_STORE_STATE_READY && header->count == 0 &&
       lists.cached_count() == 0)
-    header->state = kNotReady;
+    header->state = MC_STORE_STATE_NOT_READY;
 
   if (!reader.at_end())
     SYSTEM_LOG(kStorageSource, 1054, "Error reading file %s, %s\n", kStorageLock.path, strerror(reader.error()));

@@ -14,15 +14,15 @@ namespace {
 constexpr ListDump kListDump = {"/var/mctool_pddebug", "/var/mctool_pddebug.txt"};
 
 // Not the order of the record.
-constexpr auto kBeforeTemperature = rows_of(
+constexpr auto kBeforeTemperature = rows_named(
     records::kDrive, "controller_index", "slot_num", "lsi_drive_num", "power_state", "device_id", "enclosure_device_id",
     "media_err_count", "other_err_count", "predictive_failure_count", "disabled_for_removal", "block_size", "raw_size",
     "non_coerced_size", "coerced_size", "enclosure_association", "enclosure_logical_id", "enclosure_sas_address[0]",
     "enclosure_sas_address[1]", "link_speed", "power_on_hours", "powercycle_count", "percentage_life",
     "wear_status_days", "status_desc", "device_type", "interface_type", "product_id", "vendor", "firmware",
     "serial_num", "status", "fault", "online", "temp_valid");
-constexpr auto kTemperature = rows_of(records::kDrive, "temperature");
-constexpr auto kAfterTemperature = rows_of(
+constexpr auto kTemperature = rows_named(records::kDrive, "temperature");
+constexpr auto kAfterTemperature = rows_named(
     records::kDrive, "rebuild_status", "rebuild_percent_complete", "rebuild_start_timestamp", "rebuild_end_timestamp",
     "copyback_status", "copyback_percent_complete", "copyback_start_timestamp", "copyback_end_timestamp",
     "patrol_read_status", "patrol_read_percent_complete", "patrol_read_start_timestamp", "patrol_read_end_timestamp",

@@ -13,7 +13,6 @@ namespace {
 constexpr uint16_t kAnnounced = 2;
 constexpr uint8_t kSimulatedSlots = 3;  // one more than announced, and beyond the length: hosts count on finding it
 constexpr uint64_t kSimulatedSize = 0x40000000;
-constexpr uint32_t kNoTime = 0xFFFFFFFF;
 
 // Fields that do not appear here stay as the buffer held them.
 void write_simulated_record(StorPhyDriveInfo *record) {
@@ -45,25 +44,25 @@ void write_simulated_record(StorPhyDriveInfo *record) {
   record->temperature = 0;
   record->rebuild_status = 0;
   record->rebuild_percent_complete = -1;
-  record->rebuild_start_timestamp = kNoTime;
-  record->rebuild_end_timestamp = kNoTime;
+  record->rebuild_start_timestamp = MC_STORE_NO_TIME;
+  record->rebuild_end_timestamp = MC_STORE_NO_TIME;
   record->copyback_status = 0;
   record->copyback_percent_complete = -1;
-  record->copyback_start_timestamp = kNoTime;
-  record->copyback_end_timestamp = kNoTime;
+  record->copyback_start_timestamp = MC_STORE_NO_TIME;
+  record->copyback_end_timestamp = MC_STORE_NO_TIME;
   record->boot_drive = 0;
   record->patrol_read_status = 0;
   record->patrol_read_percent_complete = -1;
-  record->patrol_read_start_timestamp = kNoTime;
-  record->patrol_read_end_timestamp = kNoTime;
+  record->patrol_read_start_timestamp = MC_STORE_NO_TIME;
+  record->patrol_read_end_timestamp = MC_STORE_NO_TIME;
   record->clear_status = 0;
   record->clear_percent_complete = -1;
-  record->clear_start_timestamp = kNoTime;
-  record->clear_end_timestamp = kNoTime;
+  record->clear_start_timestamp = MC_STORE_NO_TIME;
+  record->clear_end_timestamp = MC_STORE_NO_TIME;
   record->erase_status = 0;
   record->erase_percent_complete = -1;
-  record->erase_start_timestamp = kNoTime;
-  record->erase_end_timestamp = kNoTime;
+  record->erase_start_timestamp = MC_STORE_NO_TIME;
+  record->erase_end_timestamp = MC_STORE_NO_TIME;
   record->physical_block_size = record->block_size;
   record->transport_ready = 0;
   record->pd_sed_state = 0;

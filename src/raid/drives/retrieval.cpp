@@ -23,8 +23,7 @@ namespace mcserver::raid::drives {
 namespace {
 
 constexpr char kFunction[] = "get_store_phydrives";
-constexpr char kStorePath[] = "/var/storphydrive_info";
-constexpr uint8_t kGone = 14;  // status of a drive that is no longer in the file
+constexpr const records::KindFacts &kFacts = records::kDriveFacts;
 
 // What the previous call left. The host runs one call of a kind at a time, so nothing guards it.
 struct Baseline {
@@ -69,19 +68,10 @@ void write_gone(const PhyDriveSummary &entry, StorPhyDriveInfo *record) {
   record->controller_index = entry.controller_index;
   record->slot_num = entry.slot_num;
   copy_text(record->serial_num, entry.serial_num);
-  record->status = kGone;
+  record->status = kFacts.gone.value;
 }
 
-// Records and summaries have these three members alike.
-struct Identity {
-  template <typename A, typename B>
-  static int compare(const A &a, const B &b) {
-    if (a.controller_index != b.controller_index) return a.controller_index - b.controller_index;
-    if (a.slot_num != b.slot_num) return a.slot_num - b.slot_num;
-    return strncmp(a.serial_num, b.serial_num, sizeof a.serial_num);
-  }
-};
-using Index = IdentityIndex<Identity, PhyDriveSummary>;
+using Index = IdentityIndex<StorPhyDriveInfo, PhyDriveSummary, records::kDriveIdentity>;
 
 uint32_t count_gone(const Index &cur, std::span<const PhyDriveSummary> cached) {
   return static_cast<uint32_t>(
@@ -93,7 +83,7 @@ uint32_t count_gone(const Index &cur, std::span<const PhyDriveSummary> cached) {
 EXPORTED int32_t new_drive_or_modified(const StorPhyDriveInfo *record, const PhyDriveSummary *cached_list,
                                        uint16_t cached_count) {
   if (!record || !cached_list) return 0;
-  return is_new_or_modified(first_of<Identity>(std::span(cached_list, cached_count), *record), record->mod_timestamp);
+  return is_new_or_modified(Index::first_of(std::span(cached_list, cached_count), *record), record->mod_timestamp);
 }
 
 EXPORTED void add_deleted_drives(uint8_t *reply, uint16_t cur_count, const PhyDriveSummary *cur_list,
@@ -108,7 +98,7 @@ EXPORTED int32_t get_store_phydrives(void *ctx, uint8_t *buf, uint32_t bufsize, 
   if (!len) return MC_STORE_UNAVAILABLE;  // the host's error
   *len = 0;
 
-  StoreFile store(kStorageLock, kStorePath);
+  StoreFile store(kStorageLock, kFacts.store_path);
   if (store.status() != MC_STORE_SUCCESS) return store.status();
 
   if (delta == kDelta && store.modified() == baseline.modified) return MC_STORE_SUCCESS;
@@ -155,7 +145,8 @@ EXPORTED int32_t get_store_phydrives(void *ctx, uint8_t *buf, uint32_t bufsize, 
     Layout::header_of(reply.bytes())->count = ++count;
     reported++;
   }
-  if (!reader.at_end()) TRACE(kFunction, 1495, "Error reading file %s, %s\n", kStorePath, strerror(reader.error()));
+  if (!reader.at_end())
+    TRACE(kFunction, 1495, "Error reading file %s, %s\n", kFacts.store_path, strerror(reader.error()));
 
   print_pd_list(lists.cur(), static_cast<int32_t>(lists.cur_count()), "cur_list");
   print_pd_list(lists.cached(), lists.cached_count(), "cached_list");

@@ -24,8 +24,7 @@ namespace mcserver::raid::virtual_drives {
 namespace {
 
 constexpr char kFunction[] = "get_store_virtdrives";
-constexpr char kStorePath[] = "/var/storvirtdrive_info";
-constexpr uint8_t kGone = 6;  // status of a virtual drive that is no longer in the file
+constexpr const records::KindFacts &kFacts = records::kVirtualDriveFacts;
 
 // What the previous call left. The host runs one call of a kind at a time, so nothing guards it.
 struct Baseline {
@@ -72,25 +71,18 @@ bool make_room(ReplyBuffer &reply, uint64_t file_size, uint16_t gone) {
   return refuse_reply(reply.size(), bufsize);
 }
 
-// Records and summaries have this member alike.
-struct Identity {
-  template <typename A, typename B>
-  static int compare(const A &a, const B &b) {
-    return strncmp(a.guid, b.guid, sizeof a.guid);
-  }
-};
-using Index = IdentityIndex<Identity, VdSummary>;
+using Index = IdentityIndex<StorVirtDriveInfo, VdSummary, records::kVirtualDriveIdentity>;
 
 // What is converted before a record is compared, and what only when it is reported. The time stamp that decides is
 // among the first, so that it is compared in the reply's order with the file's: hosts rely on hearing of every drive
 // again whenever the file was written.
 constexpr auto kConvertedFirst =
-    rows_of(records::kVirtualDrive, "raid_level", "reconstruction_start_timestamp", "reconstruction_end_timestamp",
-            "consistency_check_start_timestamp", "consistency_check_end_timestamp", "init_start_timestamp",
-            "init_end_timestamp", "mod_timestamp");
+    rows_named(records::kVirtualDrive, "raid_level", "reconstruction_start_timestamp", "reconstruction_end_timestamp",
+               "consistency_check_start_timestamp", "consistency_check_end_timestamp", "init_start_timestamp",
+               "init_end_timestamp", "mod_timestamp");
 constexpr auto kConvertedLast =
-    rows_of(records::kVirtualDrive, "size", "strip_size", "remaining_space", "start_block_v12", "span_block_count_v12",
-            "smallest_pd_block_count_v12", "pd_block_size_v12");
+    rows_named(records::kVirtualDrive, "size", "strip_size", "remaining_space", "start_block_v12",
+               "span_block_count_v12", "smallest_pd_block_count_v12", "pd_block_size_v12");
 static_assert(kConvertedFirst.size() + kConvertedLast.size() ==
               std::ranges::count(records::kVirtualDrive, ByteOrder::kNetwork, &Field::order));
 
@@ -110,7 +102,7 @@ void write_gone(const VdSummary &entry, StorVirtDriveInfo *record) {
   strncpy_s(record->guid, sizeof record->guid, entry.guid, sizeof entry.guid);
   record->target_id = entry.target_id;
   record->controller_index = entry.controller_index;
-  record->status = kGone;
+  record->status = kFacts.gone.value;
 }
 
 void append_gone(const VdSummary &entry, uint8_t *reply) {
@@ -126,7 +118,7 @@ void append_gone(const VdSummary &entry, uint8_t *reply) {
 EXPORTED int32_t new_virtdrive_or_modified(const StorVirtDriveInfo *record, const VdSummary *cached_list,
                                            uint16_t cached_count) {
   if (!record || !cached_list) return 0;
-  return is_new_or_modified(first_of<Identity>(std::span(cached_list, cached_count), *record), record->mod_timestamp);
+  return is_new_or_modified(Index::first_of(std::span(cached_list, cached_count), *record), record->mod_timestamp);
 }
 
 EXPORTED uint16_t find_deleted_virtdrives(uint8_t *reply, uint16_t cur_count, const VdSummary *cur_list,
@@ -146,7 +138,7 @@ EXPORTED int32_t get_store_virtdrives(void *ctx, uint8_t *buf, uint32_t bufsize,
   if (!len) return MC_STORE_UNAVAILABLE;  // the host's error
   *len = 0;
 
-  StoreFile store(kStorageLock, kStorePath);
+  StoreFile store(kStorageLock, kFacts.store_path);
   if (store.status() != MC_STORE_SUCCESS) return store.status();
 
   if (delta == kDelta && store.modified() == baseline.modified) return MC_STORE_SUCCESS;
@@ -206,7 +198,8 @@ EXPORTED int32_t get_store_virtdrives(void *ctx, uint8_t *buf, uint32_t bufsize,
     convert_hot_spares(record);
     header->count++;
   }
-  if (!reader.at_end()) TRACE(kFunction, 1961, "Error reading file %s, %s\n", kStorePath, strerror(reader.error()));
+  if (!reader.at_end())
+    TRACE(kFunction, 1961, "Error reading file %s, %s\n", kFacts.store_path, strerror(reader.error()));
   store.release();  // before the gone drives are appended, unlike for the other kinds
 
   print_vd_list(lists.cur(), listed, "cur_VD_list");
