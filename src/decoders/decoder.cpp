@@ -68,8 +68,9 @@ void append_records(const Records &records, RecordReader reader, uint8_t *memory
 
 int decode(const Decoder &decoder, const char *input_dir, const char *output_dir) {
   if (!input_dir || !output_dir) return MC_STORE_UNAVAILABLE;
-  const Path input_path(input_dir, decoder.input_name);
-  const Path output_path(output_dir, decoder.output_name);
+  const char *const name = strrchr(decoder.store_path, '/') + 1;
+  const Path input_path(input_dir, name);
+  const Path output_path(output_dir, name, "_decoded.txt");
   unlink(output_path.c_str());  // whatever becomes of this run, nothing of an earlier one is left
 
   Stream input(fopen(input_path.c_str(), "rb"));
@@ -82,7 +83,7 @@ int decode(const Decoder &decoder, const char *input_dir, const char *output_dir
   const uint64_t needed = decoder.records.size + (decoder.records.all_at_once ? size : 0);
   OwnedMemory memory;
   // When memory is asked for shows in what a failure leaves behind: a summary or none. False without memory.
-  const auto allocate_if_due = [&](Moment now) {
+  const auto allocate_if_due = [&](AllocationTime now) {
     if (decoder.allocation == now) memory.take(zeroed(needed));
     return decoder.allocation != now || memory;
   };
@@ -90,11 +91,11 @@ int decode(const Decoder &decoder, const char *input_dir, const char *output_dir
     const int printed = fprintf(stderr, "calloc(%d) failed: %s\n", static_cast<int32_t>(needed), strerror(errno));
     return decoder.failed_allocation == ResultOf::kMessage ? printed : input.close();
   };
-  if (!allocate_if_due(Moment::kBeforeHeader)) return refuse();
+  if (!allocate_if_due(AllocationTime::kBeforeHeader)) return refuse();
   const std::optional<uint8_t> state = read_header(decoder.header, input.get(), input_path);
   if (!state) return input.close();
   if (decoder.summary) append_summary(*decoder.summary, output_path, *state, size / decoder.records.size);
-  if (!allocate_if_due(Moment::kBeforeRecords)) return refuse();
+  if (!allocate_if_due(AllocationTime::kBeforeRecords)) return refuse();
 
   // The header may have been written after the size was taken.
   const uint64_t size_of_records = size - std::min(size, size_of(decoder.header));

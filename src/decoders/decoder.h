@@ -63,25 +63,19 @@ constexpr Records records_one_by_one() {
 // A number of the header is at most this long.
 inline constexpr size_t kLongestNumber = sizeof(uint32_t);
 
-enum class Moment { kBeforeHeader, kBeforeRecords };
+enum class AllocationTime { kBeforeHeader, kBeforeRecords };
 enum class ResultOf { kMessage, kClosing };
 
-struct Decoder {
-  const char *input_name;
-  const char *output_name;
+struct DecoderRow {
+  const char *store_path;                // its last part is the name of input and output
   const char *unopened;                  // formats of messages, which take the input path
   const char *unknown_size;              // null: nothing is said, and closing the input gives the result
   std::span<const HeaderNumber> header;  // the last one, if it is a byte, is the subsystem's state
   const Summary *summary;                // null for none
-  Moment allocation;
+  AllocationTime allocation;
   ResultOf failed_allocation;
   Records records;
 };
-
-// Decodes the kind's file in one directory into a file in the other one, which is replaced. Prints what goes wrong to
-// standard error. The result is that of closing the input or of printing the message, as the kind has it; -35 for a
-// null directory.
-int decode(const Decoder &decoder, const char *input_dir, const char *output_dir);
 
 // Does a message take the path, and nothing else but errno?
 constexpr bool takes_path(std::string_view format) {
@@ -97,14 +91,29 @@ constexpr bool takes_number(std::string_view format) {
   return std::ranges::count(format, '%') == 1 && format.find("%d") != format.npos;
 }
 
-// Do the formats fit what they are printed with, and the header's numbers where they are read to?
-consteval bool is_sound(const Decoder &decoder) {
-  return takes_path(decoder.unopened) && (!decoder.unknown_size || takes_path(decoder.unknown_size)) &&
-         std::ranges::all_of(decoder.header,
-                             [](const HeaderNumber &number) {
-                               return number.size <= kLongestNumber && takes_path(number.unreadable);
-                             }) &&
-         (!decoder.summary || (takes_number(decoder.summary->state) && takes_number(decoder.summary->count)));
-}
+// Not constant: a decoder that comes to one of these does not compile.
+void message_does_not_take_the_path_alone();
+void summary_line_does_not_take_one_number();
+void number_of_the_header_is_too_long();
+
+// The only way to decode is with a row whose formats fit what they are printed with, and whose header fits where it is
+// read to.
+struct Decoder : DecoderRow {
+  consteval explicit Decoder(const DecoderRow &row) : DecoderRow(row) {
+    if (!takes_path(unopened)) message_does_not_take_the_path_alone();
+    if (unknown_size && !takes_path(unknown_size)) message_does_not_take_the_path_alone();
+    for (const HeaderNumber &number : header) {
+      if (!takes_path(number.unreadable)) message_does_not_take_the_path_alone();
+      if (number.size > kLongestNumber) number_of_the_header_is_too_long();
+    }
+    if (summary && !(takes_number(summary->state) && takes_number(summary->count)))
+      summary_line_does_not_take_one_number();
+  }
+};
+
+// Decodes the kind's file in one directory into a file in the other one, which is replaced. Prints what goes wrong to
+// standard error. The result is that of closing the input or of printing the message, as the kind has it; -35 for a
+// null directory.
+int decode(const Decoder &decoder, const char *input_dir, const char *output_dir);
 
 }  // namespace mcserver::decoders

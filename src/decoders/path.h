@@ -8,7 +8,9 @@ namespace mcserver::decoders {
 class Path {
  public:
   explicit Path(const char *path) { snprintf(text_, sizeof text_, "%s", path); }
-  Path(const char *directory, const char *name) { snprintf(text_, sizeof text_, "%s/%s", directory, name); }
+  Path(const char *directory, const char *name, const char *ending = "") {
+    snprintf(text_, sizeof text_, "%s/%s%s", directory, name, ending);
+  }
 
   const char *c_str() const { return text_; }
 

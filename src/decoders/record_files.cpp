@@ -12,24 +12,25 @@ namespace mcserver::decoders {
 namespace {
 
 // What a family prints to standard output.
-struct Manner {
+struct FamilyMessages {
   bool echoes_path;
   const char *unopened;  // format of the message, which takes the path; without a line end
 };
 
-constexpr Manner kStorage = {true, "error: unable to open file %s"};
-constexpr Manner kNvme = {false, "error: unable to open file %s: %m"};
+constexpr FamilyMessages kStorage = {true, "error: unable to open file %s"};
+constexpr FamilyMessages kNvme = {false, "error: unable to open file %s: %m"};
 
 // The result is that of closing the file, or of printing that it cannot be opened. Without a record the file is made
 // all the same.
 template <typename Record>
-int append(const Manner &manner, const char *output_path, const Record *record, void (*dump)(const Record *, FILE *)) {
+int append(const FamilyMessages &family, const char *output_path, const Record *record,
+           void (*dump)(const Record *, FILE *)) {
   if (!output_path) return MC_STORE_UNAVAILABLE;
   const Path path(output_path);
-  if (manner.echoes_path) puts(path.c_str());
+  if (family.echoes_path) puts(path.c_str());
 
   Stream output(fopen(path.c_str(), "a"));
-  if (!output) return printf(manner.unopened, path.c_str());
+  if (!output) return printf(family.unopened, path.c_str());
   if (record) dump(record, output.get());
   return output.close();
 }
