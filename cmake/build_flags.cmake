@@ -19,5 +19,5 @@ if(MCS_SANITIZERS)
   target_link_options(mcs_test_flags INTERFACE -fsanitize=${MCS_SANITIZERS})
 endif()
 
-# The same interface on 32-bit systems as on 64-bit ones. libc_stand_ins.cpp is the one file that does without.
+# The same interface on 32-bit systems as on 64-bit ones. Only what stands in for libc does without.
 set(MCS_64_BIT_INTERFACES _FILE_OFFSET_BITS=64 _TIME_BITS=64)

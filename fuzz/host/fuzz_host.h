@@ -48,7 +48,7 @@ class FuzzHost : private host::LibcWatcher, private host::ReplyOwner {
   void decode(const std::string &decoder, const char *input_dir, const char *output_dir);
 
  private:
-  std::string resolve(const std::string &path) override { return root_ + path; }
+  std::string real_path(const std::string &path) override { return root_ + path; }
   host::Verdict before(const std::string &function, const std::string &detail) override;
   void on_syslog(int, const std::string &) override {}
   uint8_t *grow(uint32_t size, uint32_t *available) override;

@@ -1,10 +1,10 @@
 // Fuzzes BBUs; the other file is the flash module's image.
 
-#include "fuzz/raid/raid_kind.h"
+#include "fuzz/host/target.h"
+#include "mcserver_storage.h"
 
 namespace {
 
-constexpr size_t kRecordSize = 161;
 constexpr size_t kImageSize = 128;
 
 // A store file whose records differ little from one call to the next, so that some are known and modified.
@@ -12,12 +12,12 @@ std::string store_file(fuzz::Choices &choices) {
   std::string file;
   const int records = choices.byte() % 8;
   for (int i = 0; i < records; ++i) {
-    std::string record(kRecordSize, '\0');
-    record[0] = static_cast<char>(choices.byte() % 4);
-    record[72] = static_cast<char>(choices.byte() % 2);
-    record[85] = static_cast<char>(choices.byte() % 4);
-    if (choices.byte() % 4 == 0) record.assign(kRecordSize, static_cast<char>(choices.byte()));
-    file += record;
+    StorBbuInfo record = {};
+    record.controller_index = choices.byte() % 4;
+    record.capacitor = choices.byte() % 2;
+    record.modified_timestamp = choices.byte() % 4;
+    const bool is_of_one_byte = choices.byte() % 4 == 0;
+    file += is_of_one_byte ? fuzz::record_filled_with<StorBbuInfo>(choices.byte()) : fuzz::bytes_of(record);
   }
   return file + choices.bytes(choices.byte());
 }
@@ -33,10 +33,12 @@ std::string image(fuzz::Choices &choices) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
-  static const fuzz::RaidKind kKind = {
+  static const fuzz::Target kTarget = {
+      .lock = "/var/storctlr_info",
       .store = "/var/storBBU_info",
       .empty_store = "",
       .store_file = store_file,
+      .record_marker = "/var/mctool_stordebug",
       .list_marker = "/var/mctool_bbudebug",
       .other_path = "/var/log/TFM_FRU.bin",
       .other_file = image,
@@ -44,5 +46,5 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
       .delta = "mc_delta_store_bbu",
       .buffer_step = 16,
   };
-  return fuzz::fuzz_raid_kind(kKind, data, size);
+  return fuzz::fuzz_target(kTarget, data, size);
 }

@@ -1,10 +1,9 @@
 // Fuzzes physical drives.
 
-#include "fuzz/raid/raid_kind.h"
+#include "fuzz/host/target.h"
+#include "mcserver_storage.h"
 
 namespace {
-
-constexpr size_t kRecordSize = 453;
 
 // A store file whose records differ little from one call to the next, so that some are known, modified and gone, and
 // whose announced number is seldom theirs.
@@ -12,12 +11,12 @@ std::string store_file(fuzz::Choices &choices) {
   std::string file = choices.bytes(choices.byte() % 8 == 0 ? choices.byte() % 5 : 4);
   const int records = choices.byte() % 8;
   for (int i = 0; i < records; ++i) {
-    std::string record(kRecordSize, '\0');
-    record[1] = static_cast<char>(choices.byte() % 4);
-    record[81] = static_cast<char>(choices.byte() % 4);
-    record[128] = static_cast<char>(choices.byte() % 4);
-    if (choices.byte() % 4 == 0) record.assign(kRecordSize, static_cast<char>(choices.byte()));
-    file += record;
+    StorPhyDriveInfo record = {};
+    record.slot_num = choices.byte() % 4;
+    record.serial_num[0] = static_cast<char>(choices.byte() % 4);
+    record.mod_timestamp = choices.byte() % 4;
+    const bool is_of_one_byte = choices.byte() % 4 == 0;
+    file += is_of_one_byte ? fuzz::record_filled_with<StorPhyDriveInfo>(choices.byte()) : fuzz::bytes_of(record);
   }
   return file + choices.bytes(choices.byte());
 }
@@ -25,10 +24,12 @@ std::string store_file(fuzz::Choices &choices) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
-  static const fuzz::RaidKind kKind = {
+  static const fuzz::Target kTarget = {
+      .lock = "/var/storctlr_info",
       .store = "/var/storphydrive_info",
       .empty_store = std::string(4, '\0'),
       .store_file = store_file,
+      .record_marker = "/var/mctool_stordebug",
       .list_marker = "/var/mctool_pddebug",
       .other_path = nullptr,
       .other_file = nullptr,
@@ -36,5 +37,5 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
       .delta = "mc_delta_store_phydrives",
       .buffer_step = 64,
   };
-  return fuzz::fuzz_raid_kind(kKind, data, size);
+  return fuzz::fuzz_target(kTarget, data, size);
 }

@@ -1,25 +1,27 @@
 // Fuzzes virtual drives.
 
-#include "fuzz/raid/raid_kind.h"
+#include <algorithm>
+#include <iterator>
+
+#include "fuzz/host/target.h"
+#include "mcserver_storage.h"
 
 namespace {
 
-constexpr size_t kRecordSize = 5799;
-
-// A store file whose records differ little from one call to the next, so that some are known, modified and gone.
+// A store file whose records differ little from one call to the next, so that some are known, modified and gone; now
+// and then one without an identity, or without a NUL.
 std::string store_file(fuzz::Choices &choices) {
   std::string file;
   const int records = choices.byte() % 6;
   for (int i = 0; i < records; ++i) {
-    std::string record(kRecordSize, '\0');
-    record[2] = static_cast<char>(choices.byte() % 4);
-    record[5254] = static_cast<char>(choices.byte() % 4);
-    record[77] = static_cast<char>(choices.byte());
-    record[94] = static_cast<char>(choices.byte());
-    const uint8_t kind = choices.byte() % 4;
-    if (kind == 0) record.assign(kRecordSize, static_cast<char>(choices.byte()));
-    if (kind == 1) record.replace(2, 33, std::string(33, '0'));
-    file += record;
+    StorVirtDriveInfo record = {};
+    record.guid[0] = static_cast<char>(choices.byte() % 4);
+    record.mod_timestamp = choices.byte() % 4;
+    record.num_physical_drives = choices.byte();
+    record.num_hot_spares = choices.byte();
+    const uint8_t special = choices.byte() % 4;
+    if (special == 1) std::fill(std::begin(record.guid), std::end(record.guid), '0');
+    file += special == 0 ? fuzz::record_filled_with<StorVirtDriveInfo>(choices.byte()) : fuzz::bytes_of(record);
   }
   return file + choices.bytes(choices.byte());
 }
@@ -27,10 +29,12 @@ std::string store_file(fuzz::Choices &choices) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
-  static const fuzz::RaidKind kKind = {
+  static const fuzz::Target kTarget = {
+      .lock = "/var/storctlr_info",
       .store = "/var/storvirtdrive_info",
       .empty_store = "",
       .store_file = store_file,
+      .record_marker = "/var/mctool_stordebug",
       .list_marker = "/var/mctool_vddebug",
       .other_path = nullptr,
       .other_file = nullptr,
@@ -38,5 +42,5 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
       .delta = "mc_delta_store_virtdrives",
       .buffer_step = 256,
   };
-  return fuzz::fuzz_raid_kind(kKind, data, size);
+  return fuzz::fuzz_target(kTarget, data, size);
 }

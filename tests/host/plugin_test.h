@@ -95,7 +95,7 @@ class PluginTest : public testing::Test, private host::LibcWatcher {
   StoreDirectory files;
 
  private:
-  std::string resolve(const std::string &path) override { return files.real(path); }
+  std::string real_path(const std::string &path) override { return files.real(path); }
   host::Verdict before(const std::string &function, const std::string &detail) override;
   void on_syslog(int priority, const std::string &line) override;
 

@@ -1,9 +1,8 @@
 #include <gmock/gmock.h>
 
-#include <nlohmann/json.hpp>
-
 #include "mcstore/command_line.h"
 #include "mcstore/kind.h"
+#include "mcstore/shown_json.h"
 #include "raid/controllers/controller_bytes.h"
 #include "raid/drives/drive_bytes.h"
 
@@ -12,7 +11,6 @@ namespace {
 
 using testing::HasSubstr;
 using testing::Not;
-using Json = nlohmann::ordered_json;
 
 class AllKinds : public McstoreTest {
  protected:
@@ -37,14 +35,14 @@ TEST_F(AllKinds, AreShownOneAfterTheOther) {
 }
 
 TEST_F(AllKinds, AreOneJsonText) {
-  const Json json = Json::parse(mcstore_here("get all --format json").out);
+  const ShownJson json(mcstore_here("get all --format json").out);
 
   EXPECT_EQ(json["format"], 1);
   ASSERT_EQ(json["inventory"].size(), mcstore::kinds().size());
   EXPECT_EQ(json["inventory"][0]["kind"], "controllers");
   EXPECT_EQ(json["inventory"][0]["records"][0]["controller"], "SLOT-0");
   EXPECT_EQ(json["inventory"][1]["records"].size(), 1u);
-  EXPECT_EQ(json["inventory"][4], Json({{"kind", "expanders"}, {"status", -37}}));
+  EXPECT_EQ(json["inventory"][4], ShownJson(R"({"kind": "expanders", "status": -37})"));
 }
 
 TEST_F(AllKinds, HaveNoXmlInCommon) {

@@ -100,7 +100,8 @@ TEST_F(Decode, FailsForAFileWithoutItsHeader) {
 
   const Outcome outcome = decode();
 
-  EXPECT_THAT(outcome.out, HasSubstr("nvme-controllers: Cannot read file '" + files.real("/in/nvmectlr_info") + "'"));
+  EXPECT_THAT(outcome.out, HasSubstr("nvme-controllers: Cannot read file '" + files.real("/in/nvmectlr_info") +
+                                     "': it ends within its header\n"));
   EXPECT_THAT(outcome.out, HasSubstr("bbus: 1 record, "));
   EXPECT_EQ(outcome.exit_code, 1);
 }
@@ -160,6 +161,68 @@ TEST_F(Decode, FailsWhenATextCannotBeWrittenInFull) {
   const Outcome outcome = run("trap '' XFSZ; ulimit -f 10; " + command("drives"));
 
   EXPECT_EQ(outcome.out, "drives: cannot write " + text_path(kDrivesDecoder) + ": File too large\n");
+  EXPECT_EQ(outcome.exit_code, 1);
+}
+
+TEST_F(Decode, MindsNoLinesInARecord) {
+  const Bytes hostile = Bytes(kControllersDecoder.record).put_text(1, "\nSubsystem State: 0\n");
+  store(kControllersDecoder, kControllersDecoder.header + hostile + hostile);
+
+  const Outcome outcome = decode("controllers");
+
+  EXPECT_THAT(outcome.out, StartsWith("controllers: 2 records, "));
+  EXPECT_EQ(outcome.exit_code, 0);
+}
+
+// A decoder that writes this text instead of a line "record" for each record.
+class DecodeCarelessly : public Decode {
+ protected:
+  Outcome decode(const std::string &kind, const std::string &text) {
+    return run(text + " " + command(kind) + " --plugin " CARELESS_PLUGIN);
+  }
+};
+
+TEST_F(DecodeCarelessly, SucceedsWithTheRightText) {
+  store(kBbusDecoder, kBbusDecoder.file_of(2));
+
+  EXPECT_THAT(decode("bbus", "CARELESS_TEXT='record\nrecord\n'").out, StartsWith("bbus: 2 records, 14 bytes in "));
+}
+
+TEST_F(DecodeCarelessly, FailsWhenARecordIsCut) {
+  store(kBbusDecoder, kBbusDecoder.file_of(3));
+
+  const Outcome outcome = decode("bbus", "CARELESS_TEXT='record\nrecord'");
+
+  EXPECT_EQ(outcome.out, "bbus: only 1 of 3 records are in " + text_path(kBbusDecoder) + "\n");
+  EXPECT_EQ(outcome.exit_code, 1);
+  EXPECT_EQ(text(kBbusDecoder), "record\nrecord");
+}
+
+TEST_F(DecodeCarelessly, FailsWhenNothingIsWritten) {
+  store(kBbusDecoder, kBbusDecoder.file_of(3));
+
+  const Outcome outcome = decode("bbus", "");
+
+  EXPECT_EQ(outcome.out, "bbus: only 0 of 3 records are in " + text_path(kBbusDecoder) + "\n");
+  EXPECT_EQ(outcome.exit_code, 1);
+  EXPECT_FALSE(files.exists("/out/storBBU_info_decoded.txt"));
+}
+
+TEST_F(DecodeCarelessly, FailsWhenThereIsMoreThanTheRecords) {
+  store(kBbusDecoder, kBbusDecoder.file_of(1));
+
+  const Outcome outcome = decode("bbus", "CARELESS_TEXT='record\nrecord\n'");
+
+  EXPECT_EQ(outcome.out, "bbus: " + text_path(kBbusDecoder) + " is not the text of its records\n");
+  EXPECT_EQ(outcome.exit_code, 1);
+}
+
+TEST_F(DecodeCarelessly, FailsWhenTheSummaryIsCut) {
+  store(kControllersDecoder, kControllersDecoder.header);
+
+  const Outcome outcome = decode("controllers", "CARELESS_TEXT='Subsystem State: 2\nNum'");
+
+  EXPECT_EQ(outcome.out, "controllers: " + text_path(kControllersDecoder) + " is not the text of its records\n");
   EXPECT_EQ(outcome.exit_code, 1);
 }
 

@@ -1,8 +1,7 @@
 #include <gmock/gmock.h>
 
-#include <nlohmann/json.hpp>
-
 #include "mcstore/command_line.h"
+#include "mcstore/shown_json.h"
 #include "raid/bbus/bbu_bytes.h"
 #include "raid/bbus/full_record.h"
 #include "records/bbu_record.h"
@@ -12,7 +11,6 @@ namespace {
 
 using testing::HasSubstr;
 using testing::StartsWith;
-using Json = nlohmann::ordered_json;
 
 class GetBbus : public McstoreTest {
  protected:
@@ -24,9 +22,9 @@ class GetBbus : public McstoreTest {
 
 TEST_F(GetBbus, JsonReproducesTheStoreFile) {
   const std::string stored = files.read(kBbuStore);
-  const Json shown = Json::parse(mcstore_here("get bbus --format json").out);
+  const ShownJson shown(mcstore_here("get bbus --format json").out);
 
-  files.write_text("/again.json", Json({{"bbus", {{"records", shown["records"]}}}}).dump());
+  files.write_text("/again.json", R"({"bbus": {"records": )" + shown["records"].text() + "}}");
   files.remove(kBbuStore);
   EXPECT_EQ(mcstore_here("collect " + files.real("/again.json")).exit_code, 0);
 
@@ -34,7 +32,7 @@ TEST_F(GetBbus, JsonReproducesTheStoreFile) {
 }
 
 TEST_F(GetBbus, JsonHasTheFieldsOfTheRecordsVariant) {
-  const Json records = Json::parse(mcstore_here("get bbus --format json").out)["records"];
+  const ShownJson records = ShownJson(mcstore_here("get bbus --format json").out)["records"];
 
   ASSERT_EQ(records.size(), 2u);
   EXPECT_EQ(records[0].size(), std::size(mcserver::records::kBbuBattery));
@@ -76,7 +74,7 @@ class CollectFlashModule : public McstoreTest {
                                             module + "}");
     return mcstore_here("collect " + files.real("/inventory.json"));
   }
-  Json bbu() { return Json::parse(mcstore_here("get bbus --format json").out)["records"][0]; }
+  ShownJson bbu() { return ShownJson(mcstore_here("get bbus --format json").out)["records"][0]; }
   std::string complaint(const std::string &module) {
     const Outcome outcome = collect(module);
     EXPECT_EQ(outcome.exit_code, 2);

@@ -1,8 +1,7 @@
 #include <gmock/gmock.h>
 
-#include <nlohmann/json.hpp>
-
 #include "mcstore/command_line.h"
+#include "mcstore/shown_json.h"
 #include "raid/controllers/controller_bytes.h"
 #include "raid/controllers/full_record.h"
 #include "records/controller_record.h"
@@ -12,7 +11,6 @@ namespace {
 
 using testing::HasSubstr;
 using testing::StartsWith;
-using Json = nlohmann::ordered_json;
 
 class GetControllers : public McstoreTest {
  protected:
@@ -22,25 +20,22 @@ class GetControllers : public McstoreTest {
 TEST_F(GetControllers, JsonHoldsEveryFieldInTheRecordsOrder) {
   store(full_controller_record(Bytes::Order::kLittle));
 
-  const Json json = Json::parse(mcstore_here("get controllers --format json").out);
+  const ShownJson json(mcstore_here("get controllers --format json").out);
 
   ASSERT_EQ(json["records"].size(), 1u);
-  std::vector<std::string> names;
-  for (const auto &[key, value] : json["records"][0].items()) names.push_back(key);
   std::vector<std::string> expected;
   expected.reserve(std::size(mcserver::records::kController));
   for (const mcserver::Field &field : mcserver::records::kController) expected.emplace_back(field.name);
-  EXPECT_EQ(names, expected);
+  EXPECT_EQ(json["records"][0].keys(), expected);
 }
 
 TEST_F(GetControllers, JsonReproducesTheStoreFile) {
   store(full_controller_record(Bytes::Order::kLittle));
   const std::string stored = files.read(kControllerStore);
-  const Json shown = Json::parse(mcstore_here("get controllers --format json").out);
+  const ShownJson shown(mcstore_here("get controllers --format json").out);
 
-  const Json inventory = {
-      {"controllers", {{"subsystem_state", shown["subsystem_state"]}, {"records", shown["records"]}}}};
-  files.write_text("/again.json", inventory.dump());
+  files.write_text("/again.json", R"({"controllers": {"subsystem_state": )" + shown["subsystem_state"].text() +
+                                      R"(, "records": )" + shown["records"].text() + "}}");
   EXPECT_EQ(mcstore_here("collect " + files.real("/again.json")).exit_code, 0);
 
   EXPECT_EQ(files.read(kControllerStore), stored);
@@ -50,13 +45,13 @@ TEST_F(GetControllers, JsonShowsRawValues) {
   Bytes record = Controller{.index = 3, .name = "SLOT-3", .vendor_id = 0x1234, .stamp = 0x80000000}.stored();
   store(record.put(778, Bytes().u8(1)).put(790, little_endian().u64(0xFFFFFFFFFFFFFFFF)).put(817, Bytes().u8(0xFF)));
 
-  const Json json = Json::parse(mcstore_here("get controllers --format json").out);
+  const ShownJson json(mcstore_here("get controllers --format json").out);
 
   EXPECT_EQ(json["format"], 1);
   EXPECT_EQ(json["kind"], "controllers");
   EXPECT_EQ(json["simulated"], false);
   EXPECT_EQ(json["subsystem_state"], 2);
-  const Json &controller = json["records"][0];
+  const ShownJson controller = json["records"][0];
   EXPECT_EQ(controller["index"], 3);
   EXPECT_EQ(controller["controller"], "SLOT-3");
   EXPECT_EQ(controller["vendor_id"], 0x1234);
@@ -111,7 +106,7 @@ TEST_F(GetControllers, AnEmptyInventoryIsShownAsSuch) {
   store(Bytes(), 1);
 
   EXPECT_EQ(mcstore_here("get controllers").out, "RAID controllers: 0, subsystem state 1\n");
-  EXPECT_EQ(Json::parse(mcstore_here("get controllers --format json").out)["records"], Json::array());
+  EXPECT_EQ(ShownJson(mcstore_here("get controllers --format json").out)["records"], ShownJson("[]"));
 }
 
 TEST_F(GetControllers, HexShowsTheReplyAsItCame) {
@@ -125,7 +120,7 @@ TEST_F(GetControllers, HexShowsTheReplyAsItCame) {
 TEST_F(GetControllers, RecognisesASimulatedReply) {
   files.write_text("/debug/mctool_storage_debug", "");
 
-  const Json json = Json::parse(mcstore_here("get controllers --format json").out);
+  const ShownJson json(mcstore_here("get controllers --format json").out);
 
   EXPECT_EQ(json["simulated"], true);
   ASSERT_EQ(json["records"].size(), 2u);

@@ -1,8 +1,7 @@
 #include <gmock/gmock.h>
 
-#include <nlohmann/json.hpp>
-
 #include "mcstore/command_line.h"
+#include "mcstore/shown_json.h"
 #include "raid/drives/drive_bytes.h"
 #include "raid/drives/full_record.h"
 #include "records/drive_record.h"
@@ -12,7 +11,6 @@ namespace {
 
 using testing::HasSubstr;
 using testing::StartsWith;
-using Json = nlohmann::ordered_json;
 
 class GetDrives : public McstoreTest {
  protected:
@@ -24,9 +22,9 @@ class GetDrives : public McstoreTest {
 TEST_F(GetDrives, JsonReproducesTheStoreFile) {
   store(full_drive_record(Bytes::Order::kLittle));
   const std::string stored = files.read(kDriveStore);
-  const Json shown = Json::parse(mcstore_here("get drives --format json").out);
+  const ShownJson shown(mcstore_here("get drives --format json").out);
 
-  files.write_text("/again.json", Json({{"drives", {{"noofDrives", 1}, {"records", shown["records"]}}}}).dump());
+  files.write_text("/again.json", R"({"drives": {"noofDrives": 1, "records": )" + shown["records"].text() + "}}");
   files.remove(kDriveStore);
   EXPECT_EQ(mcstore_here("collect " + files.real("/again.json")).exit_code, 0);
 
@@ -36,7 +34,7 @@ TEST_F(GetDrives, JsonReproducesTheStoreFile) {
 TEST_F(GetDrives, JsonHasRawValues) {
   store(full_drive_record(Bytes::Order::kLittle));
 
-  const Json drive = Json::parse(mcstore_here("get drives --format json").out)["records"][0];
+  const ShownJson drive = ShownJson(mcstore_here("get drives --format json").out)["records"][0];
 
   EXPECT_EQ(drive.size(), std::size(mcserver::records::kDrive));
   EXPECT_EQ(drive["raw_size"], 0x8737677700112201u);
@@ -69,7 +67,7 @@ TEST_F(GetDrives, TableHasSizesAndTimesAsPeopleReadThem) {
 TEST_F(GetDrives, TellsASimulation) {
   files.write_text("/debug/mctool_storage_debug", "");
 
-  const Json json = Json::parse(mcstore_here("get drives --format json").out);
+  const ShownJson json(mcstore_here("get drives --format json").out);
 
   EXPECT_EQ(json["simulated"], true);
   ASSERT_EQ(json["records"].size(), 2u);

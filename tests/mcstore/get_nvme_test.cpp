@@ -1,8 +1,7 @@
 #include <gmock/gmock.h>
 
-#include <nlohmann/json.hpp>
-
 #include "mcstore/command_line.h"
+#include "mcstore/shown_json.h"
 #include "nvme/nvme_bytes.h"
 
 namespace tests {
@@ -10,7 +9,6 @@ namespace {
 
 using testing::HasSubstr;
 using testing::StartsWith;
-using Json = nlohmann::ordered_json;
 
 class GetNvme : public McstoreTest {
  protected:
@@ -28,9 +26,9 @@ const NvmeController kSwitch{.name = "SW-1", .type = "NVME-MSWITCH", .link_statu
 TEST_F(GetNvme, JsonHasTypedValues) {
   store_drives({NvmeDrive()});
 
-  const Json json = Json::parse(mcstore_here("get nvme-drives --format json").out);
+  const ShownJson json(mcstore_here("get nvme-drives --format json").out);
 
-  EXPECT_EQ(json, Json::parse(R"({"format": 1, "kind": "nvme-drives", "simulated": false,
+  EXPECT_EQ(json, ShownJson(R"({"format": 1, "kind": "nvme-drives", "simulated": false,
       "subsystem_state": "Main_Power", "records": [{"controller_name": "NVME-C1", "smbios_pcislotname": "FRONT-NVME-1",
       "product_name": "NVMe SSD 1.6TB", "status": "Optimal", "serial_number": "SN000123", "firmware_version": "FW1.0",
       "vendor": "VENDOR", "vendor_id": 4660, "device_id": 22136, "subvendor_id": 4660, "subdevice_id": 39612,
@@ -41,7 +39,7 @@ TEST_F(GetNvme, JsonHasTypedValues) {
 TEST_F(GetNvme, ASwitchHasMoreFieldsThanAController) {
   store_controllers({NvmeController{.name = "A"}, kSwitch});
 
-  const Json json = Json::parse(mcstore_here("get nvme-controllers --format json").out);
+  const ShownJson json(mcstore_here("get nvme-controllers --format json").out);
   const std::string table = mcstore_here("get nvme-controllers").out;
 
   EXPECT_EQ(json["records"][0].size(), 4u);

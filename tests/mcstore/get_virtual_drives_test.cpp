@@ -1,9 +1,8 @@
 #include <gmock/gmock.h>
 
-#include <nlohmann/json.hpp>
-
 #include "host/bytes.h"
 #include "mcstore/command_line.h"
+#include "mcstore/shown_json.h"
 #include "records/virtual_drive_record.h"
 
 namespace tests {
@@ -11,7 +10,6 @@ namespace {
 
 using testing::HasSubstr;
 using testing::StartsWith;
-using Json = nlohmann::ordered_json;
 
 constexpr char kStore[] = "/var/storvirtdrive_info";
 
@@ -35,9 +33,9 @@ class GetVirtualDrives : public McstoreTest {
 TEST_F(GetVirtualDrives, JsonReproducesTheStoreFile) {
   files.write(kStore, record());
   const std::string stored = files.read(kStore);
-  const Json shown = Json::parse(mcstore_here("get virtual-drives --format json").out);
+  const ShownJson shown(mcstore_here("get virtual-drives --format json").out);
 
-  files.write_text("/again.json", Json({{"virtual-drives", {{"records", shown["records"]}}}}).dump());
+  files.write_text("/again.json", R"({"virtual-drives": {"records": )" + shown["records"].text() + "}}");
   files.remove(kStore);
   EXPECT_EQ(mcstore_here("collect " + files.real("/again.json")).exit_code, 0);
 
@@ -52,10 +50,10 @@ TEST_F(GetVirtualDrives, JsonHasTheEntriesThatCount) {
                           .put(94, Bytes().u8(1))
                           .put(95, Bytes::hex("05 06 07 08 00 00 00 00 00 00 00 09 00 00 00 00 00 00 00 0a")));
 
-  const Json drive = Json::parse(mcstore_here("get virtual-drives --format json").out)["records"][0];
+  const ShownJson drive = ShownJson(mcstore_here("get virtual-drives --format json").out)["records"][0];
 
   EXPECT_EQ(drive["pd"].size(), 8u);
-  EXPECT_EQ(drive["pd"][1], Json({{"controller_index", 3}, {"slot_number", 4}}));
+  EXPECT_EQ(drive["pd"][1], ShownJson(R"({"controller_index": 3, "slot_number": 4})"));
   EXPECT_EQ(drive["pd_v5"].size(), 9u);
   ASSERT_EQ(drive["hot_spares"].size(), 1u);
   EXPECT_EQ(drive["hot_spares"][0]["starting_block"], 8);
@@ -104,13 +102,13 @@ class GetExpanders : public McstoreTest {};
 TEST_F(GetExpanders, HasNoDataButASimulation) {
   const Outcome without = mcstore_here("get expanders");
   files.write_text("/debug/mctool_storage_debug", "");
-  const Json simulated = Json::parse(mcstore_here("get expanders --format json").out);
+  const ShownJson simulated(mcstore_here("get expanders --format json").out);
 
   EXPECT_EQ(without.exit_code, 1);
   EXPECT_THAT(without.err, StartsWith("mcstore: mc_get_store_sasexpanders returned -37: no data"));
   EXPECT_EQ(simulated["simulated"], true);
   EXPECT_EQ(simulated["records"],
-            Json::array({{{"data", "010502326514050065646362fffefdfc" + std::string(136, '0')}}}));
+            ShownJson(R"([{"data": "010502326514050065646362fffefdfc)" + std::string(136, '0') + "\"}]"));
 }
 
 TEST_F(GetExpanders, CannotBeCollected) {

@@ -9,9 +9,16 @@ namespace {
 
 using mcstore::MalformedReply;
 using mcstore::parse_reply;
-using mcstore::Reply;
+using mcstore::ParsedReply;
+using mcstore::RawValue;
 
-Reply parse(const std::string &kind, const std::string &bytes) { return parse_reply(mcstore::kind_named(kind), bytes); }
+ParsedReply parse(const std::string &kind, const std::string &bytes) {
+  return parse_reply(mcstore::kind_named(kind), bytes);
+}
+
+RawValue raw(const ParsedReply &reply, size_t device, size_t value) {
+  return std::get<RawValue>(reply.devices.at(device).values.at(value).raw);
+}
 
 std::string text_of(const Bytes &bytes) { return {bytes.data(), bytes.data() + bytes.size()}; }
 
@@ -35,11 +42,11 @@ std::string binary_complaint(const Bytes &bytes) { return complaint("controllers
 TEST(BinaryReply, HasTheRecordsBehindTheHeader) {
   const std::string bytes = text_of(header(2) + Bytes::repeated(1294, 1) + Bytes::repeated(1294, 2));
 
-  const Reply reply = parse("controllers", bytes);
+  const ParsedReply reply = parse("controllers", bytes);
 
   EXPECT_EQ(reply.bytes, bytes);
   EXPECT_FALSE(reply.is_simulated);
-  EXPECT_EQ(reply.state, 2);
+  EXPECT_EQ(reply.state, RawValue(uint64_t{2}));
   ASSERT_EQ(reply.devices.size(), 2u);
   EXPECT_EQ(reply.devices[0].text("vendor_id"), "0x101");
   EXPECT_EQ(reply.devices[1].text("life_left_in_days"), "514 days");
@@ -48,14 +55,14 @@ TEST(BinaryReply, HasTheRecordsBehindTheHeader) {
 TEST(BinaryReply, IsSimulatedWhenTheRecordSizeIsLittleEndian) {
   const Bytes record = Bytes::repeated(1294, 0).put(255, Bytes::hex("01 02"));
 
-  const Reply reply = parse("controllers", text_of(header(1).put(5, Bytes::hex("0e 05 00 00")) + record));
+  const ParsedReply reply = parse("controllers", text_of(header(1).put(5, Bytes::hex("0e 05 00 00")) + record));
 
   EXPECT_TRUE(reply.is_simulated);
   EXPECT_EQ(reply.devices.at(0).text("vendor_id"), "0x201");
 }
 
 TEST(BinaryReply, OfNoBytesHasNoDevices) {
-  const Reply reply = parse("controllers", "");
+  const ParsedReply reply = parse("controllers", "");
 
   EXPECT_TRUE(reply.devices.empty());
   EXPECT_EQ(reply.state, std::nullopt);
@@ -75,29 +82,29 @@ TEST(BinaryReply, IsRefusedWhenItsRecordsAreOfAnotherSize) {
 // --------------------------------------------------------------------------------------------------- XML replies
 
 TEST(XmlReply, HasAnElementForEachDevice) {
-  const Reply reply = parse("nvme-controllers",
-                            "<NVME-ctlr-summary count=\"2\" state=\"Main_Power\" />"
-                            "<NVME-ctlr controller-name=\"A\" drive-count=\"4\" component-id=\"1f\" />"
-                            "<NVME-ctlr controller-name=\"B\" switch-status-desc=\"PCIe error\" />");
+  const ParsedReply reply = parse("nvme-controllers",
+                                  "<NVME-ctlr-summary count=\"2\" state=\"Main_Power\" />"
+                                  "<NVME-ctlr controller-name=\"A\" drive-count=\"4\" component-id=\"1f\" />"
+                                  "<NVME-ctlr controller-name=\"B\" switch-status-desc=\"PCIe error\" />");
 
-  EXPECT_EQ(reply.state, "Main_Power");
+  EXPECT_EQ(reply.state, RawValue("Main_Power"));
   ASSERT_EQ(reply.devices.size(), 2u);
   EXPECT_EQ(reply.devices[0].text("controller_name"), "A");
   EXPECT_EQ(reply.devices[0].text("component_id"), "1f");
-  EXPECT_EQ(reply.devices[0].values.at(1).json, 4);
-  EXPECT_EQ(reply.devices[0].values.at(2).json, 0x1F);
+  EXPECT_EQ(raw(reply, 0, 1), RawValue(uint64_t{4}));
+  EXPECT_EQ(raw(reply, 0, 2), RawValue(uint64_t{0x1F}));
   EXPECT_EQ(reply.devices[0].text("switch_status_desc"), "");
-  EXPECT_EQ(reply.devices[1].values.at(1).json, "PCIe error");
+  EXPECT_EQ(raw(reply, 1, 1), RawValue("PCIe error"));
 }
 
 TEST(XmlReply, TakesNumbersWithAPrefix) {
-  const Reply reply = parse("nvme-drives",
-                            "<NVME-phy-drive-summary count=\"1\" state=\"\" />"
-                            "<NVME-phy-drive vendor-id=\"0x1234\" temperature=\"35\" status=\"Optimal\" />");
+  const ParsedReply reply = parse("nvme-drives",
+                                  "<NVME-phy-drive-summary count=\"1\" state=\"\" />"
+                                  "<NVME-phy-drive vendor-id=\"0x1234\" temperature=\"35\" status=\"Optimal\" />");
 
-  EXPECT_EQ(reply.devices.at(0).values.at(0).json, 0x1234);
-  EXPECT_EQ(reply.devices.at(0).values.at(1).json, 35);
-  EXPECT_EQ(reply.devices.at(0).values.at(2).json, "Optimal");
+  EXPECT_EQ(raw(reply, 0, 0), RawValue(uint64_t{0x1234}));
+  EXPECT_EQ(raw(reply, 0, 1), RawValue(uint64_t{35}));
+  EXPECT_EQ(raw(reply, 0, 2), RawValue("Optimal"));
 }
 
 TEST(XmlReply, IsRefusedWhenItIsNotWellFormed) {

@@ -58,7 +58,7 @@ int get_one(Session &session, const Kind &kind, const std::string &format) {
     return kSuccess;
   }
   try {
-    const Reply reply = parse_reply(kind, bytes);
+    const ParsedReply reply = parse_reply(kind, bytes);
     print(format == "json" ? format_json(kind, reply) : format_table(kind, reply, terminal_width()));
     return kSuccess;
   } catch (const MalformedReply &error) {
@@ -72,28 +72,28 @@ int get_all(Session &session, const std::string &format) {
   if (format == "xml") return complain("--format: not every kind is reported in XML", kUsage);
 
   int exit_code = kSuccess;
-  Json inventory = Json::array();
+  std::vector<Answer> answers;
   for (const Kind &kind : kinds()) {
     try {
       const std::string bytes = session.call(std::string(kind.full_entry_point));
       if (format == "hex")
         print(fmt::format("{}:\n{}\n", kind.title, format_hex(bytes)));
       else if (format == "json")
-        inventory.push_back(json_of(kind, parse_reply(kind, bytes)));
+        answers.push_back({&kind, parse_reply(kind, bytes)});
       else
         print(format_table(kind, parse_reply(kind, bytes), terminal_width()) + '\n');
     } catch (const PluginFailure &failure) {
       if (failure.status() != MC_STORE_NO_DATA)
         exit_code = complain(failure.what(), kFailure);
       else if (format == "json")
-        inventory.push_back({{"kind", kind.name}, {"status", failure.status()}});
+        answers.push_back({&kind, failure.status()});
       else
         print(fmt::format("{}: no data\n\n", kind.title));
     } catch (const MalformedReply &error) {
       exit_code = complain(fmt::format("{}: {}", kind.name, error.what()), kFailure);
     }
   }
-  if (format == "json") print(dump_json({{"format", 1}, {"inventory", std::move(inventory)}}) + '\n');
+  if (format == "json") print(format_json(answers));
   return exit_code;
 }
 
@@ -116,7 +116,7 @@ class Calls {
   uint64_t number_ = 0;
 };
 
-Reply changes(Session &session, const Kind &kind) {
+ParsedReply changes(Session &session, const Kind &kind) {
   return parse_reply(kind, session.call(std::string(kind.delta_entry_point)));
 }
 
@@ -145,7 +145,7 @@ int watch_all(Session &session, Calls calls) {
     for (Watcher &watcher : watchers) {
       const Kind &kind = watcher.kind();
       try {
-        const Reply reply = changes(session, kind);
+        const ParsedReply reply = changes(session, kind);
         if (!reply.devices.empty())
           news += fmt::format("call {}, {}: {}", calls.number(), kind.name, watcher.report(reply));
       } catch (const PluginFailure &failure) {

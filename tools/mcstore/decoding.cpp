@@ -3,12 +3,14 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <cstring>
 #include <filesystem>
 #include <utility>
 
-#include "mcstore/captured.h"
+#include "host/redirection.h"
+#include "mcstore/decoded_text.h"
+#include "mcstore/discarded.h"
 #include "mcstore/session.h"
+#include "mcstore/store_copy.h"
 
 namespace mcstore {
 namespace {
@@ -20,99 +22,98 @@ using Decoder = int(const char *input_dir, const char *output_dir);
 // The decoders cut longer ones.
 constexpr size_t kLongestPath = 319;
 
-uint64_t header_size(const Kind &kind) {
-  uint64_t size = 0;
-  for (const Field &field : kind.store_header) size += field.width;
-  return size;
-}
-
 // A text begins with a summary if the store file has a state, which is its header's one byte.
 bool has_summary(const Kind &kind) {
   return std::any_of(kind.store_header.begin(), kind.store_header.end(),
                      [](const Field &field) { return field.width == 1; });
 }
 
-std::string input_path(const std::string &input_dir, const Kind &kind) {
-  return input_dir + '/' + fs::path(kind.store_path).filename().string();
+std::string path_in(const std::string &directory, const Kind &kind) {
+  return directory + '/' + fs::path(kind.store_path).filename().string();
 }
 
-// What a decoder prints to standard output when all goes well: for RAID, the path for each record.
-std::string echoes(const Kind &kind, const std::string &output_path, uint64_t records) {
-  std::string lines;
-  for (uint64_t i = 0; kind.layout && i < records; ++i) lines += output_path + '\n';
-  return lines;
-}
+// Changes nothing, and tells how often a file is opened.
+class CountedOpenings : public host::Redirection {
+ public:
+  CountedOpenings(std::string path, std::function<void(uint64_t)> on_opening)
+      : path_(std::move(path)), on_opening_(std::move(on_opening)) {}
 
-std::string first_line(const std::string &text) { return text.substr(0, text.find('\n')); }
+  std::optional<std::string> resolve(const char *, const std::string &path) override {
+    if (path == path_) on_opening_(openings_++);
+    return path;
+  }
+  void log(int, const std::string &) override {}  // decoders write no log
+
+ private:
+  std::string path_;
+  std::function<void(uint64_t)> on_opening_;
+  uint64_t openings_ = 0;
+};
 
 }  // namespace
 
 uint64_t input_size(const std::string &input_dir, const Kind &kind) {
   std::error_code error;
-  const uint64_t size = fs::file_size(input_path(input_dir, kind), error);
+  const uint64_t size = fs::file_size(path_in(input_dir, kind), error);
   return error ? 0 : size;
 }
 
 Decoding::Decoding(const std::string &plugin, const std::string &input_dir, const std::string &output_dir,
-                   std::function<void(uint64_t)> on_record)
-    : plugin_(load_plugin(plugin)), input_dir_(input_dir), output_dir_(output_dir), on_record_(std::move(on_record)) {}
-
-std::string Decoding::output_path(const Kind &kind) const {
-  return output_dir_ + '/' + fs::path(kind.store_path).filename().string() + "_decoded.txt";
-}
+                   std::function<void(uint64_t)> on_progress)
+    : plugin_(load_plugin(plugin)),
+      input_dir_(input_dir),
+      output_dir_(output_dir),
+      on_progress_(std::move(on_progress)) {}
 
 Decoded Decoding::decode(const Kind &kind) {
-  std::error_code ignored;
-  const std::string input = input_path(input_dir_, kind);
-  Work work{.kind = kind, .output_path = output_path(kind)};
-  if (std::max(input.size(), work.output_path.size()) > kLongestPath)
+  const std::string input_path = path_in(input_dir_, kind);
+  const std::string output_path = path_in(output_dir_, kind) + "_decoded.txt";
+  if (std::max(input_path.size(), output_path.size()) > kLongestPath)
     return {true, fmt::format("paths longer than {} characters cannot be decoded", kLongestPath)};
-  fs::remove(work.output_path, ignored);  // an older text would pass for this file's
-  const fs::file_type type = fs::status(input, ignored).type();
-  if (type == fs::file_type::not_found) return {false, input + " is missing"};
-  if (type != fs::file_type::regular && type != fs::file_type::none) return {true, input + " is not a file"};
 
-  const uint64_t size = input_size(input_dir_, kind);
-  Captured out(stdout);
-  Captured err(stderr);
-  work_ = &work;
-  {
-    const host::PluginScope scope(*this);
-    plugin_.function<Decoder>(std::string(kind.decoder))(input_dir_.c_str(), output_dir_.c_str());
+  std::error_code ignored;
+  fs::remove(output_path, ignored);  // whatever becomes of this run, nothing of an earlier one is left
+  const fs::file_type type = fs::status(input_path, ignored).type();
+  if (type == fs::file_type::not_found) return {false, input_path + " is missing"};
+  if (type != fs::file_type::regular && type != fs::file_type::none) return {true, input_path + " is not a file"};
+  try {
+    return {false, write_text(kind, input_path, output_path)};
+  } catch (const Undecodable &reason) {
+    return {true, reason.what()};
   }
-  work_ = nullptr;
-  return judge(work, size, out.text(), err.text());
 }
 
-// The decoder's result does not tell what was written.
-Decoded Decoding::judge(const Work &work, uint64_t size, const std::string &out, const std::string &err) {
-  const uint64_t size_of_records = size - std::min(size, header_size(work.kind));
-  const uint64_t records = size_of_records / work.kind.record_size;
-  const uint64_t written = work.openings - std::min<uint64_t>(work.openings, has_summary(work.kind) ? 1 : 0);
+std::string Decoding::write_text(const Kind &kind, const std::string &input_path, const std::string &output_path) {
+  StoreCopy store(input_path, kind);
+  run_decoder(kind, output_path);
 
-  if (!err.empty()) return {true, first_line(err)};
-  if (work.close_error != 0)
-    return {true, fmt::format("cannot write {}: {}", work.output_path, strerror(work.close_error))};
-  const bool all_opened = out == echoes(work.kind, work.output_path, written);
-  if (work.openings > 0 && !(all_opened && fs::is_regular_file(work.output_path)))
-    return {true, "cannot write " + work.output_path};
-  if (written < records) return {true, fmt::format("only {} of {} records can be read", written, records)};
-
-  const uint64_t rest = size_of_records % work.kind.record_size;
-  const std::string partial = rest > 0 ? fmt::format("; the last {} bytes are no whole record", rest) : "";
-  if (work.openings == 0) return {false, "no records, nothing to write" + partial};
-  return {false, fmt::format("{} record{}, {} bytes in {}{}", written, written == 1 ? "" : "s",
-                             fs::file_size(work.output_path), work.output_path, partial)};
-}
-
-host::Verdict Decoding::before(const std::string &function, const std::string &detail) {
-  if (function == "fopen" && detail == work_->output_path) {
-    on_record_(work_->openings * work_->kind.record_size);
-    ++work_->openings;
+  // Comparing is the second half of the work.
+  const uint64_t size = store.records() * kind.record_size;
+  const Compared compared =
+      compare_text(output_path, has_summary(kind), store, plugin_.function<RecordPrinter>(std::string(kind.printer)),
+                   [&](uint64_t records) { on_progress_((size + records * kind.record_size) / 2); });
+  if (!compared.is_as_it_should_be) {
+    refuse_if_unwritable(output_path);
+    throw Undecodable(
+        compared.records < store.records()
+            ? fmt::format("only {} of {} records are in {}", compared.records, store.records(), output_path)
+            : fmt::format("{} is not the text of its records", output_path));
   }
-  return {};
+
+  const std::string partial =
+      store.rest() > 0 ? fmt::format("; the last {} bytes are no whole record", store.rest()) : "";
+  if (store.records() == 0 && !has_summary(kind)) return "no records, nothing to write" + partial;
+  return fmt::format("{} record{}, {} bytes in {}{}", store.records(), store.records() == 1 ? "" : "s",
+                     fs::file_size(output_path), output_path, partial);
 }
 
-void Decoding::on_failed_close(int error) { work_->close_error = error; }
+// Where the kind echoes the path of the text for each record, it is not to stand between the lines of the report.
+void Decoding::run_decoder(const Kind &kind, const std::string &output_path) {
+  CountedOpenings openings(output_path, [&](uint64_t records) { on_progress_(records * kind.record_size / 2); });
+  auto *const decoder = plugin_.function<Decoder>(std::string(kind.decoder));
+  const Discarded echoes(stdout);
+  const host::PluginScope scope(openings);
+  decoder(input_dir_.c_str(), output_dir_.c_str());
+}
 
 }  // namespace mcstore

@@ -5,7 +5,6 @@
 #include <functional>
 #include <string>
 
-#include "host/libc_stand_ins.h"
 #include "host/plugin.h"
 #include "mcstore/kind.h"
 
@@ -19,38 +18,25 @@ struct Decoded {
 // The size of a kind's store file in that directory; 0 when there is none.
 uint64_t input_size(const std::string &input_dir, const Kind &kind);
 
-class Decoding : private host::LibcWatcher {
+// A decoder's result does not tell what it has written, so its text is compared with the records.
+class Decoding {
  public:
-  // `plugin` as load_plugin() takes it. `on_record` is called before each record is written, with how many bytes of the
-  // kind's file are done.
+  // `plugin` as load_plugin() takes it. `on_progress` is called before each record is written, and before it is
+  // compared, with how much of the work is done, as bytes of the kind's file.
   Decoding(const std::string &plugin, const std::string &input_dir, const std::string &output_dir,
-           std::function<void(uint64_t)> on_record);
+           std::function<void(uint64_t)> on_progress);
 
   // Decodes a kind that has a decoder.
   Decoded decode(const Kind &kind);
 
  private:
-  // A kind that is being decoded.
-  struct Work {
-    const Kind &kind;
-    std::string output_path;
-    uint64_t openings = 0;  // of the output
-    int close_error = 0;
-  };
-
-  std::string output_path(const Kind &kind) const;
-  static Decoded judge(const Work &work, uint64_t size, const std::string &out, const std::string &err);
-
-  std::string resolve(const std::string &path) override { return path; }
-  host::Verdict before(const std::string &function, const std::string &detail) override;
-  void on_failed_close(int error) override;
-  void on_syslog(int, const std::string &) override {}  // decoders write no log
+  void run_decoder(const Kind &kind, const std::string &output_path);
+  std::string write_text(const Kind &kind, const std::string &input_path, const std::string &output_path);
 
   host::Plugin plugin_;
   std::string input_dir_;
   std::string output_dir_;
-  std::function<void(uint64_t)> on_record_;
-  Work *work_ = nullptr;
+  std::function<void(uint64_t)> on_progress_;
 };
 
 }  // namespace mcstore

@@ -20,7 +20,7 @@ size_t width_of(const Column &column) {
 
 // The fields in the order in which devices bring them. Reserved bytes are of no use to people, and as wide as the
 // table.
-Column field_names(const Reply &reply) {
+Column field_names(const ParsedReply &reply) {
   Column column = {""};
   for (const Device &device : reply.devices)
     for (const Value &value : device.values)
@@ -35,7 +35,7 @@ Column device_column(const Kind &kind, const Device &device, const Column &names
   return column;
 }
 
-std::string rows_of(std::span<const Column> columns) {
+std::string side_by_side(std::span<const Column> columns) {
   std::vector<size_t> widths;
   for (const Column &column : columns) widths.push_back(width_of(column));
 
@@ -49,18 +49,22 @@ std::string rows_of(std::span<const Column> columns) {
   return text;
 }
 
-std::string headline(const Kind &kind, const Reply &reply) {
+std::string shown(const RawValue &value) {
+  if (const auto *text = std::get_if<std::string>(&value)) return printable(*text);
+  if (const auto *number = std::get_if<int64_t>(&value)) return fmt::format("{}", *number);
+  return fmt::format("{}", std::get<uint64_t>(value));
+}
+
+std::string headline(const Kind &kind, const ParsedReply &reply) {
   std::string line = fmt::format("{}: {}", kind.title, reply.devices.size());
-  if (reply.state)
-    line +=
-        fmt::format(", subsystem state {}", reply.state->is_string() ? printable(*reply.state) : reply.state->dump());
+  if (reply.state) line += ", subsystem state " + shown(*reply.state);
   if (reply.is_simulated) line += " (simulated)";
   return line + '\n';
 }
 
 }  // namespace
 
-std::string format_table(const Kind &kind, const Reply &reply, size_t width) {
+std::string format_table(const Kind &kind, const ParsedReply &reply, size_t width) {
   std::string text = headline(kind, reply);
   const Column names = field_names(reply);
   std::vector<Column> columns = {names};
@@ -69,14 +73,14 @@ std::string format_table(const Kind &kind, const Reply &reply, size_t width) {
     Column column = device_column(kind, device, names);
     const size_t needed = width_of(column) + kGap;
     if (columns.size() > 1 && used + needed > width) {
-      text += '\n' + rows_of(columns);
+      text += '\n' + side_by_side(columns);
       columns = {names};
       used = width_of(names);
     }
     used += needed;
     columns.push_back(std::move(column));
   }
-  if (columns.size() > 1) text += '\n' + rows_of(columns);
+  if (columns.size() > 1) text += '\n' + side_by_side(columns);
   return text;
 }
 

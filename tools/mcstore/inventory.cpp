@@ -109,10 +109,9 @@ void append_records(std::vector<uint8_t> &file, const Json &list, const Kind &ki
 }
 
 StoreContent parse_store(const Kind &kind, const Json &object, const std::string &place) {
-  size_t header_size = 0;
-  for (const Field &field : kind.store_header) header_size += field.width;
-
-  StoreContent store{.lock_path = kind.lock_path, .path = kind.store_path, .bytes = std::vector<uint8_t>(header_size)};
+  StoreContent store{.lock_path = kind.lock_path,
+                     .path = kind.store_path,
+                     .bytes = std::vector<uint8_t>(total_width(kind.store_header))};
   for (const auto &[key, value] : as_object(object, place).items()) {
     const std::string key_place = fmt::format("{}.{}", place, key);
     if (key == "records")

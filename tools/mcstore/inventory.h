@@ -7,13 +7,18 @@
 #pragma once
 
 #include <cstdint>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "mcstore/json_input.h"
-
 namespace mcstore {
+
+// Something in the description that cannot be stored; the message says where it stands.
+class InventoryError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
 
 struct StoreContent {
   std::string_view lock_path;  // what is locked while the file is written

@@ -5,6 +5,8 @@
 #include <set>
 #include <vector>
 
+#include "mcstore/inventory.h"
+
 namespace mcstore {
 namespace {
 

@@ -1,18 +1,12 @@
 // JSON that somebody has written by hand: whatever is wrong with it gets a message that says where.
 #pragma once
 
-#include <stdexcept>
+#include <cstdint>
 #include <string>
 
-#include "mcstore/value.h"
+#include "mcstore/json.h"
 
 namespace mcstore {
-
-// Something in the description that cannot be stored; the message says where it stands.
-class InventoryError : public std::runtime_error {
- public:
-  using std::runtime_error::runtime_error;
-};
 
 // Each of these throws InventoryError. `place` is the way to a value: "controllers.records[0].index".
 [[noreturn]] void refuse(const std::string &place, const std::string &problem);

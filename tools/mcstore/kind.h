@@ -37,6 +37,7 @@ struct Kind {
   std::string_view full_entry_point;
   std::string_view delta_entry_point;
   std::string_view decoder = {};  // empty: the kind has no store file
+  std::string_view printer = {};  // what prints a record as the decoder does
 
   std::string_view lock_path = {};
   std::string_view store_path = {};

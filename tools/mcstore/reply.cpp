@@ -11,8 +11,8 @@ std::string Device::text(std::string_view name) const {
   return value == values.end() ? "" : value->text.value_or("");
 }
 
-Reply parse_reply(const Kind &kind, std::string bytes) {
-  Reply reply;
+ParsedReply parse_reply(const Kind &kind, std::string bytes) {
+  ParsedReply reply;
   if (bytes.empty()) return reply;
   reply = kind.layout ? parse_binary_reply(kind, bytes) : parse_xml_reply(kind, bytes);
   reply.bytes = std::move(bytes);

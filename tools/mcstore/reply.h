@@ -7,6 +7,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <variant>
 #include <vector>
 
 #include "mcstore/kind.h"
@@ -17,7 +18,7 @@ namespace mcstore {
 // One field of a device: raw for programs, and as people read it. Reserved bytes have no text.
 struct Value {
   std::string name;
-  Json json;
+  std::variant<RawValue, std::vector<RawEntry>> raw;
   std::optional<std::string> text;
 };
 
@@ -28,10 +29,10 @@ struct Device {
   std::string text(std::string_view name) const;
 };
 
-struct Reply {
+struct ParsedReply {
   std::string bytes;  // as it came
   bool is_simulated = false;
-  std::optional<Json> state;  // the subsystem's, where the kind has one and the reply is not empty
+  std::optional<RawValue> state;  // the subsystem's, where the kind has one and the reply is not empty
   std::vector<Device> devices;
 };
 
@@ -42,7 +43,7 @@ class MalformedReply : public std::runtime_error {
 };
 
 // Takes the bytes apart; none at all is a reply without devices. Throws MalformedReply.
-Reply parse_reply(const Kind &kind, std::string bytes);
+ParsedReply parse_reply(const Kind &kind, std::string bytes);
 
 // Is this what a delta reports in place of a device that has disappeared?
 bool is_gone(const Kind &kind, const Device &device);

@@ -1,4 +1,5 @@
-// The two forms in which the plug-in answers. Both throw MalformedReply, and leave Reply::bytes to their caller.
+// The two forms in which the plug-in answers. Both throw MalformedReply, and leave
+// ParsedReply::bytes to their caller.
 #pragma once
 
 #include <string>
@@ -7,7 +8,7 @@
 
 namespace mcstore {
 
-Reply parse_binary_reply(const Kind &kind, const std::string &bytes);
-Reply parse_xml_reply(const Kind &kind, const std::string &text);
+ParsedReply parse_binary_reply(const Kind &kind, const std::string &bytes);
+ParsedReply parse_xml_reply(const Kind &kind, const std::string &text);
 
 }  // namespace mcstore

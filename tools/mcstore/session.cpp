@@ -47,8 +47,8 @@ PluginFailure::PluginFailure(const std::string &entry_point, int32_t status)
     : std::runtime_error(fmt::format("{} returned {}: {}", entry_point, status, meaning(status))), status_(status) {}
 
 Session::Session(const SessionOptions &options)
-    : options_(options), plugin_(load_plugin(options.plugin)), memory_(options.buffer_size) {
-  mc_debug_level = options_.trace_level;
+    : root_(options.root), plugin_(load_plugin(options.plugin)), memory_(options.buffer_size) {
+  mc_debug_level = options.trace_level;
   outfp = stderr;
 }
 
@@ -58,16 +58,11 @@ std::string Session::call(const std::string &entry_point) {
   uint32_t length = 0;
   int32_t status;
   {
-    const host::PluginScope scope(*this);
+    const host::PluginScope scope(root_);
     status = function(static_cast<host::ReplyOwner *>(&memory_), memory_.bytes(), memory_.size(), &length);
   }
   if (status != MC_STORE_SUCCESS) throw PluginFailure(entry_point, status);
   return {memory_.bytes(), memory_.bytes() + length};
-}
-
-void Session::on_syslog(int, const std::string &line) {
-  const bool ends_itself = !line.empty() && line.back() == '\n';
-  fprintf(stderr, "syslog: %s%s", line.c_str(), ends_itself ? "" : "\n");
 }
 
 }  // namespace mcstore

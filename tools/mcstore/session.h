@@ -5,8 +5,8 @@
 #include <stdexcept>
 #include <string>
 
-#include "host/libc_stand_ins.h"
 #include "host/plugin.h"
+#include "host/redirection.h"
 #include "mcstore/reply_memory.h"
 
 namespace mcstore {
@@ -33,7 +33,7 @@ class PluginFailure : public std::runtime_error {
   int32_t status_;
 };
 
-class Session : private host::LibcWatcher {
+class Session {
  public:
   // Throws std::runtime_error when the plug-in cannot be loaded.
   explicit Session(const SessionOptions &options);
@@ -42,11 +42,7 @@ class Session : private host::LibcWatcher {
   std::string call(const std::string &entry_point);
 
  private:
-  std::string resolve(const std::string &path) override { return options_.root + path; }
-  host::Verdict before(const std::string &, const std::string &) override { return {}; }
-  void on_syslog(int priority, const std::string &line) override;
-
-  SessionOptions options_;
+  host::BelowRoot root_;
   host::Plugin plugin_;
   ReplyMemory memory_;
 };

@@ -20,7 +20,7 @@ std::span<const uint8_t> bytes_of(std::span<const uint8_t> record, const Field &
 
 int64_t signed_at(std::span<const uint8_t> record, const Field &field, Endian endian) {
   const auto unused_bits = static_cast<unsigned>(64 - 8 * field.width);
-  const uint64_t at_the_top = number_at(record, field, endian) << unused_bits;
+  const uint64_t at_the_top = raw_number(record, field, endian) << unused_bits;
   return static_cast<int64_t>(at_the_top) >> unused_bits;
 }
 
@@ -53,9 +53,7 @@ std::string printable(const std::string &text) {
   return result;
 }
 
-bool is_hexadecimal(const Field &field) { return field.meaning.base != mcserver::Base::kDecimal; }
-
-uint64_t number_at(std::span<const uint8_t> record, const Field &field, Endian endian) {
+uint64_t raw_number(std::span<const uint8_t> record, const Field &field, Endian endian) {
   const std::span<const uint8_t> bytes = bytes_of(record, field);
   const bool is_big = endian == Endian::kBig && field.order == mcserver::ByteOrder::kNetwork;
   uint64_t number = 0;
@@ -63,7 +61,7 @@ uint64_t number_at(std::span<const uint8_t> record, const Field &field, Endian e
   return number;
 }
 
-Json json_value(std::span<const uint8_t> record, const Field &field, Endian endian) {
+RawValue raw_value(std::span<const uint8_t> record, const Field &field, Endian endian) {
   switch (field.type) {
     case FieldType::kText:
       return text_at(record, field);
@@ -72,7 +70,7 @@ Json json_value(std::span<const uint8_t> record, const Field &field, Endian endi
     case FieldType::kSigned:
       return signed_at(record, field, endian);
     default:
-      return number_at(record, field, endian);
+      return raw_number(record, field, endian);
   }
 }
 
@@ -88,26 +86,25 @@ std::string cell_text(std::span<const uint8_t> record, const Field &field, Endia
                                           : fmt::format("{}", number);
     }
     case FieldType::kAttachment:
-      return number_at(record, field, endian) == 1 ? "directly" : "through an expander";
+      return raw_number(record, field, endian) == 1 ? "directly" : "through an expander";
     case FieldType::kFlag:
     case FieldType::kInvertedFlag: {
-      const uint64_t flag = number_at(record, field, endian);
+      const uint64_t flag = raw_number(record, field, endian);
       return flag > 1 ? fmt::format("true ({})", flag) : fmt::format("{}", flag == 1);
     }
     default: {
-      const uint64_t number = number_at(record, field, endian);
+      const uint64_t number = raw_number(record, field, endian);
       if (has_form(field.meaning.unit)) return in_unit(number, field.meaning.unit);
-      return is_hexadecimal(field) ? fmt::format("{:#x}", number) : fmt::format("{}", number);
+      return field.meaning.base != mcserver::Base::kDecimal ? fmt::format("{:#x}", number) : fmt::format("{}", number);
     }
   }
 }
 
-Json json_entries(std::span<const uint8_t> record, const Field &field, size_t count, Endian endian) {
-  Json list = Json::array();
-  for (const auto entry : entries_of(record, field, count)) {
-    Json object = Json::object();
-    for (const Field &part : field.entries->fields) object[part.name] = json_value(entry, part, endian);
-    list.push_back(std::move(object));
+std::vector<RawEntry> raw_entries(std::span<const uint8_t> record, const Field &field, size_t count, Endian endian) {
+  std::vector<RawEntry> list;
+  for (const auto bytes : entries_of(record, field, count)) {
+    RawEntry &entry = list.emplace_back();
+    for (const Field &part : field.entries->fields) entry.push_back({part.name, raw_value(bytes, part, endian)});
   }
   return list;
 }
@@ -124,6 +121,10 @@ std::string entries_text(std::span<const uint8_t> record, const Field &field, si
   return fmt::format("{}", fmt::join(texts, ", "));
 }
 
-std::string dump_json(const Json &json) { return json.dump(2, ' ', false, Json::error_handler_t::replace); }
+size_t total_width(std::span<const Field> fields) {
+  size_t width = 0;
+  for (const Field &field : fields) width += field.width;
+  return width;
+}
 
 }  // namespace mcstore

@@ -24,7 +24,7 @@ std::string differences(const Device &before, const Device &after) {
 
 }  // namespace
 
-std::string Watcher::report(const Reply &reply) {
+std::string Watcher::report(const ParsedReply &reply) {
   std::string lines;
   std::map<std::string_view, size_t> counts;
   const auto tell = [&](std::string_view what, const Device &device) {

@@ -17,7 +17,7 @@ class Watcher {
   const Kind &kind() const { return kind_; }
 
   // What the reply to the next delta call means, in lines of text.
-  std::string report(const Reply &reply);
+  std::string report(const ParsedReply &reply);
 
  private:
   std::string describe(const Device &device) const;

@@ -19,8 +19,8 @@ std::string field_name(const char *attribute) {
   return name;
 }
 
-// Numbers are numbers in JSON, if they are numbers in the record too; all else is a text.
-Json typed_value(const Kind &kind, const std::string &name, const std::string &text) {
+// Numbers are numbers, if they are numbers in the record too; all else is a text.
+RawValue typed_value(const Kind &kind, const std::string &name, const std::string &text) {
   const auto field =
       std::find_if(kind.fields.begin(), kind.fields.end(), [&](const Field &one) { return one.name == name; });
   if (field == kind.fields.end() || field->type != mcserver::FieldType::kUnsigned) return text;
@@ -32,7 +32,7 @@ Json typed_value(const Kind &kind, const std::string &name, const std::string &t
   const char *const end = text.data() + text.size();
   uint64_t number = 0;
   const auto result = std::from_chars(start, end, number, form == XmlForm::kDecimal ? 10 : 16);
-  return result.ec == std::errc() && result.ptr == end ? Json(number) : Json(text);
+  return result.ec == std::errc() && result.ptr == end ? RawValue(number) : RawValue(text);
 }
 
 Device device_from(const Kind &kind, const pugi::xml_node &element) {
@@ -49,7 +49,7 @@ Device device_from(const Kind &kind, const pugi::xml_node &element) {
 
 }  // namespace
 
-Reply parse_xml_reply(const Kind &kind, const std::string &text) {
+ParsedReply parse_xml_reply(const Kind &kind, const std::string &text) {
   pugi::xml_document document;
   const pugi::xml_parse_result result =
       document.load_buffer(text.data(), text.size(), pugi::parse_default | pugi::parse_fragment, pugi::encoding_utf8);
@@ -57,9 +57,9 @@ Reply parse_xml_reply(const Kind &kind, const std::string &text) {
     throw MalformedReply(
         fmt::format("the reply is not well-formed XML: {} at byte {}", result.description(), result.offset));
 
-  Reply reply;
+  ParsedReply reply;
   const pugi::xml_node summary = document.first_child();
-  reply.state = Json(summary.attribute("state").value());
+  reply.state = std::string(summary.attribute("state").value());
   for (pugi::xml_node element = summary.next_sibling(); element; element = element.next_sibling())
     reply.devices.push_back(device_from(kind, element));
 

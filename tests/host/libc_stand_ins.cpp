@@ -3,30 +3,18 @@
 
 #include "host/libc_stand_ins.h"
 
-#include <dlfcn.h>
 #include <sys/file.h>
-#include <sys/stat.h>
-#include <syslog.h>
-
 #include <cerrno>
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
-#include <utility>
+
+#include "host/real_libc.h"
 
 namespace host {
-namespace {
 
-thread_local LibcWatcher *watcher = nullptr;
-
-}  // namespace
-
-PluginScope::PluginScope(LibcWatcher &the_watcher) { watcher = &the_watcher; }
-PluginScope::~PluginScope() { watcher = nullptr; }
-
-HostScope::HostScope() : suspended_(std::exchange(watcher, nullptr)) {}
-HostScope::~HostScope() { watcher = suspended_; }
+LibcWatcher *watcher_suspended_by(const HostScope &scope) { return dynamic_cast<LibcWatcher *>(scope.suspended()); }
 
 namespace {
 
@@ -34,15 +22,15 @@ namespace {
 class Call {
  public:
   explicit Call(const char *function, const char *detail = "") : entry_errno_(errno) {
-    if (!scope_.suspended()) return;
-    if (detail && detail[0] == '/') path_ = scope_.suspended()->resolve(detail);
-    verdict_ = scope_.suspended()->before(function, detail ? detail : "");
+    LibcWatcher *const watcher = watcher_suspended_by(scope_);
+    if (!watcher) return;
+    if (detail && detail[0] == '/') path_ = watcher->real_path(detail);
+    verdict_ = watcher->before(function, detail ? detail : "");
     errno = entry_errno_;
   }
 
   bool fails() const { return verdict_.fails; }
   const char *path(const char *own) const { return path_.empty() ? own : path_.c_str(); }
-  LibcWatcher *seen_by() const { return scope_.suspended(); }
 
   // The result, with errno as the verdict wants it.
   template <typename Result>
@@ -58,19 +46,11 @@ class Call {
   std::string path_;
 };
 
-template <typename Function>
-Function *next_definition(const char *name) {
-  return reinterpret_cast<Function *>(dlsym(RTLD_NEXT, name));
-}
-
 }  // namespace
 }  // namespace host
 
-// Where a sanitizer is linked into the program itself, its checking versions have these names and nothing else leads
-// to them; elsewhere they are null.
-#define SANITIZER_VERSION(result, name, ...) extern "C" __attribute__((weak)) result __interceptor_##name(__VA_ARGS__);
-SANITIZER_VERSION(FILE *, fopen, const char *, const char *)
-SANITIZER_VERSION(FILE *, fopen64, const char *, const char *)
+// fopen, stat and syslog stand in redirection.cpp.
+
 SANITIZER_VERSION(int, fclose, FILE *)
 SANITIZER_VERSION(int, fflush, FILE *)
 SANITIZER_VERSION(size_t, fread, void *, size_t, size_t, FILE *)
@@ -83,9 +63,6 @@ extern "C" void *__libc_malloc(size_t);
 extern "C" void *__libc_calloc(size_t, size_t);
 extern "C" void *__libc_realloc(void *, size_t);
 
-#define REAL(name) \
-  (__interceptor_##name ? __interceptor_##name : host::next_definition<decltype(__interceptor_##name)>(#name))
-#define NEXT(type, name) host::next_definition<type>(#name)
 #define REAL_ALLOCATOR(name) (__interceptor_##name ? __interceptor_##name : __libc_##name)
 
 using host::Call;
@@ -94,21 +71,10 @@ extern "C" {
 
 // ----------------------------------------------------------------------------------------------------- streams
 
-FILE *fopen(const char *path, const char *mode) {
-  const Call call("fopen", path);
-  return call.end(call.fails() ? nullptr : REAL(fopen)(call.path(path), mode));
-}
-
-FILE *fopen64(const char *path, const char *mode) {
-  const Call call("fopen", path);
-  return call.end(call.fails() ? nullptr : REAL(fopen64)(call.path(path), mode));
-}
-
 // Closes in any case: a stream is gone after fclose, even if it failed.
 int fclose(FILE *stream) {
   const Call call("fclose");
   const int result = REAL(fclose)(stream);
-  if (result != 0 && call.seen_by()) call.seen_by()->on_failed_close(errno);
   return call.end(call.fails() ? EOF : result);
 }
 
@@ -186,38 +152,29 @@ int flock(int fd, int operation) noexcept {
   return call.end(call.fails() ? -1 : NEXT(int(int, int), flock)(fd, operation));
 }
 
-#define STAT(name, type)                                                                              \
-  int name(const char *__restrict path, type *__restrict out) noexcept {                              \
-    const Call call("stat", path);                                                                    \
-    return call.end(call.fails() ? -1 : NEXT(int(const char *, type *), name)(call.path(path), out)); \
-  }
-STAT(stat, struct stat)
-STAT(stat64, struct stat64)
-STAT(__stat64_time64, void)
-
 // ------------------------------------------------------------------------------------------------------- memory
 
 // The loader and the sanitizers allocate before anything of the program is set up, so the way past must be plain.
 
 void *malloc(size_t size) noexcept {
-  if (!host::watcher) return REAL_ALLOCATOR(malloc)(size);
+  if (!host::in_plugin()) return REAL_ALLOCATOR(malloc)(size);
   const Call call("malloc");
   return call.end(call.fails() ? nullptr : REAL_ALLOCATOR(malloc)(size));
 }
 
 void *calloc(size_t count, size_t size) noexcept {
-  if (!host::watcher) return REAL_ALLOCATOR(calloc)(count, size);
+  if (!host::in_plugin()) return REAL_ALLOCATOR(calloc)(count, size);
   const Call call("calloc");
   return call.end(call.fails() ? nullptr : REAL_ALLOCATOR(calloc)(count, size));
 }
 
 void *realloc(void *block, size_t size) noexcept {
-  if (!host::watcher) return REAL_ALLOCATOR(realloc)(block, size);
+  if (!host::in_plugin()) return REAL_ALLOCATOR(realloc)(block, size);
   const Call call("realloc");
   return call.end(call.fails() ? nullptr : REAL_ALLOCATOR(realloc)(block, size));
 }
 
-// ------------------------------------------------------------------------------------------------ time and log
+// -------------------------------------------------------------------------------------------------------------- time
 
 #define CTIME(name, type)                                                             \
   char *name(const type *time) noexcept {                                             \
@@ -226,30 +183,5 @@ void *realloc(void *block, size_t size) noexcept {
   }
 CTIME(ctime, time_t)
 CTIME(__ctime64, void)
-
-static void log_line(int priority, const char *format, va_list arguments) {
-  const int error = errno;  // what a %m prints
-  const Call call("syslog");
-  if (!call.seen_by()) return vsyslog(priority, format, arguments);
-
-  char line[4096];
-  errno = error;
-  vsnprintf(line, sizeof line, format, arguments);
-  call.seen_by()->on_syslog(priority, line);
-}
-
-void syslog(int priority, const char *format, ...) {
-  va_list arguments;
-  va_start(arguments, format);
-  log_line(priority, format, arguments);
-  va_end(arguments);
-}
-
-void __syslog_chk(int priority, int, const char *format, ...) {
-  va_list arguments;
-  va_start(arguments, format);
-  log_line(priority, format, arguments);
-  va_end(arguments);
-}
 
 }  // extern "C"
