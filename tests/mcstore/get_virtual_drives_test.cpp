@@ -11,7 +11,7 @@ namespace {
 using testing::HasSubstr;
 using testing::StartsWith;
 
-constexpr char kStore[] = "/var/storvirtdrive_info";
+constexpr char kVirtualDriveStore[] = "/var/storvirtdrive_info";
 
 class GetVirtualDrives : public McstoreTest {
  protected:
@@ -31,24 +31,25 @@ class GetVirtualDrives : public McstoreTest {
 };
 
 TEST_F(GetVirtualDrives, JsonReproducesTheStoreFile) {
-  files.write(kStore, record());
-  const std::string stored = files.read(kStore);
+  files.write(kVirtualDriveStore, record());
+  const std::string stored = files.read(kVirtualDriveStore);
   const ShownJson shown(mcstore_here("get virtual-drives --format json").out);
 
   files.write_text("/again.json", R"({"virtual-drives": {"records": )" + shown["records"].text() + "}}");
-  files.remove(kStore);
+  files.remove(kVirtualDriveStore);
   EXPECT_EQ(mcstore_here("collect " + files.real("/again.json")).exit_code, 0);
 
   EXPECT_EQ(shown["records"][0].size(), std::size(mcserver::records::kVirtualDrive));
-  EXPECT_EQ(files.read(kStore), stored);
+  EXPECT_EQ(files.read(kVirtualDriveStore), stored);
 }
 
 TEST_F(GetVirtualDrives, JsonHasTheEntriesThatCount) {
-  files.write(kStore, Bytes::repeated(5799, 0)
-                          .put(77, Bytes().u8(9))
-                          .put(78, Bytes::hex("01 02 03 04"))
-                          .put(94, Bytes().u8(1))
-                          .put(95, Bytes::hex("05 06 07 08 00 00 00 00 00 00 00 09 00 00 00 00 00 00 00 0a")));
+  files.write(kVirtualDriveStore,
+              Bytes::repeated(5799, 0)
+                  .put(77, Bytes().u8(9))
+                  .put(78, Bytes::hex("01 02 03 04"))
+                  .put(94, Bytes().u8(1))
+                  .put(95, Bytes::hex("05 06 07 08 00 00 00 00 00 00 00 09 00 00 00 00 00 00 00 0a")));
 
   const ShownJson drive = ShownJson(mcstore_here("get virtual-drives --format json").out)["records"][0];
 
@@ -62,10 +63,10 @@ TEST_F(GetVirtualDrives, JsonHasTheEntriesThatCount) {
 }
 
 TEST_F(GetVirtualDrives, TableHasTheFirstMembersAndTheirNumber) {
-  files.write(kStore, Bytes::repeated(5799, 0)
-                          .put(77, Bytes().u8(9))
-                          .put(78, Bytes::hex("00 01 00 02"))
-                          .put(52, Bytes::hex("00 00 00 40")));
+  files.write(kVirtualDriveStore, Bytes::repeated(5799, 0)
+                                      .put(77, Bytes().u8(9))
+                                      .put(78, Bytes::hex("00 01 00 02"))
+                                      .put(52, Bytes::hex("00 00 00 40")));
 
   const std::string table = mcstore_here("get virtual-drives").out;
 

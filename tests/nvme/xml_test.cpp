@@ -36,7 +36,7 @@ class Xml : public PluginTest {
   }
 };
 
-const NvmeController kSwitch{
+const NvmeController kLinkedSwitch{
     .name = "SW-1", .type = "NVME-MSWITCH", .switch_status = "Optimal", .link_status = "Link degraded"};
 
 constexpr char kSwitchFields[] =
@@ -56,7 +56,7 @@ TEST_F(Xml, ADriveIsOneLine) {
 }
 
 TEST_F(Xml, ASwitchWithADegradedLinkIsOneLine) {
-  EXPECT_EQ(controllers(4, {kSwitch.stored()}),
+  EXPECT_EQ(controllers(4, {kLinkedSwitch.stored()}),
             "<NVME-ctlr-summary count=\"1\" state=\"Main_Power\" /><NVME-ctlr controller-name=\"SW-1\" "
             "controller-type=\"NVME-MSWITCH\" status=\"Optimal\" drive-count=\"4\" vendor-id=\"VEND\" "
             "product-id=\"SWITCH48\" component-id=\"abcd\" product-revision=\"ab\" p2p-vendor-id=\"1234\" "
@@ -90,7 +90,7 @@ TEST_F(Xml, TwelveCharactersMakeASwitch) {
 }
 
 TEST_F(Xml, AStatusThatBeginsWithOptimalIsShownAsItIs) {
-  NvmeController controller = kSwitch;
+  NvmeController controller = kLinkedSwitch;
   controller.switch_status = "Optimal, running";
   controller.link_status = "Optimally";
 
@@ -99,7 +99,7 @@ TEST_F(Xml, AStatusThatBeginsWithOptimalIsShownAsItIs) {
 }
 
 TEST_F(Xml, SevenCharactersMakeItOptimal) {
-  NvmeController controller = kSwitch;
+  NvmeController controller = kLinkedSwitch;
   controller.switch_status = "Optimax";
   controller.link_status = "Optima";
 
@@ -109,7 +109,7 @@ TEST_F(Xml, SevenCharactersMakeItOptimal) {
 }
 
 TEST_F(Xml, TheTwoFaultsHaveDifferentWords) {
-  NvmeController controller = kSwitch;
+  NvmeController controller = kLinkedSwitch;
   controller.switch_status = "";
   controller.link_status = "optimal";
 
@@ -147,7 +147,7 @@ TEST_F(Xml, ATextThatFillsItsFieldRunsOn) {
 }
 
 TEST_F(Xml, ATextNeverRunsOutOfItsRecord) {
-  NvmeController controller = kSwitch;
+  NvmeController controller = kLinkedSwitch;
   controller.link_status = std::string(64, 'L');
 
   EXPECT_THAT(controllers(4, {controller.stored(), NvmeController().stored()}),

@@ -3,13 +3,12 @@
 #include <vector>
 
 #include "raid/bbus/bbu_test.h"
+#include "raid/raid_names.h"
 
 namespace tests {
 namespace {
 
 using testing::ElementsAre;
-
-constexpr char kSimulationMarker[] = "/debug/mctool_storage_debug";
 
 class BbuEntryPoints : public BbuTest {
  protected:

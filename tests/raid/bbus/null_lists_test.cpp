@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 
 #include "raid/bbus/bbu_test.h"
+#include "raid/raid_names.h"
 
 namespace tests {
 namespace {
@@ -11,10 +12,6 @@ using testing::Values;
 
 // A list that realloc did not give, though it saw no error: this is no failure, and what follows copes with it.
 constexpr host::Verdict kNullAndNoError = {.fails = true, .error = 0};
-
-// The first list to be allocated is the cur list, the second one the cached list.
-constexpr int kCur = 1;
-constexpr int kCached = 2;
 
 class NullBbuLists : public BbuTest {
  protected:

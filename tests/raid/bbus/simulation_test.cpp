@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "raid/bbus/bbu_test.h"
+#include "raid/raid_names.h"
 
 namespace tests {
 namespace {
@@ -13,7 +14,6 @@ using testing::IsEmpty;
 using testing::Not;
 using testing::Values;
 
-constexpr char kSimulationMarker[] = "/debug/mctool_storage_debug";
 constexpr uint32_t kSimulatedSize = 339;
 
 // What is not named here stays as the buffer held it: the texts behind their terminators, and everything from byte 85

@@ -3,6 +3,7 @@
 #include <cerrno>
 
 #include "raid/bbus/bbu_test.h"
+#include "raid/raid_names.h"
 
 namespace tests {
 namespace {
@@ -17,10 +18,6 @@ const std::string kNoCurList =
     "<get_store_bbu: 2345> [get_store_bbu]cur_bbu_list memory allocation failed, Cannot allocate memory\n";
 const std::string kNoCachedList =
     "<get_store_bbu: 2356> [get_store_bbu]cached_bbu_list memory allocation failed, Cannot allocate memory\n";
-
-// The first list to be allocated is the cur list, the second one the cached list.
-constexpr int kCur = 1;
-constexpr int kCached = 2;
 
 class BbuLists : public BbuTest {
  protected:

@@ -3,6 +3,7 @@
 #include <cerrno>
 
 #include "raid/controllers/controller_test.h"
+#include "raid/raid_names.h"
 
 namespace tests {
 namespace {
@@ -10,8 +11,6 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Values;
-
-constexpr char kSimulationMarker[] = "/debug/mctool_storage_debug";
 
 class ControllerEntryPoints : public ControllerTest {
  protected:

@@ -5,6 +5,7 @@
 #include "host/plugin_test.h"
 #include "raid/controllers/controller_bytes.h"
 #include "raid/controllers/controller_test.h"
+#include "raid/raid_names.h"
 
 namespace tests {
 namespace {
@@ -21,10 +22,6 @@ constexpr host::Verdict kNullAndNoError = {.fails = true, .error = 0};
 
 const std::string kNoCurList = "<get_store_ctrls: 917> [get_store_ctrls]cur_ctlr_list memory allocation failed\n";
 const std::string kNoCachedList = "<get_store_ctrls: 927> [get_store_ctrls]cached_ctlr_list memory allocation failed\n";
-
-// The first list to be allocated is the cur list, the second one the cached list.
-constexpr int kCur = 1;
-constexpr int kCached = 2;
 
 class SummaryLists : public ControllerTest {
  protected:

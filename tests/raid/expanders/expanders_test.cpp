@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "host/plugin_test.h"
+#include "raid/raid_names.h"
 
 namespace tests {
 namespace {
@@ -12,8 +13,6 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Values;
-
-constexpr char kSimulationMarker[] = "/debug/mctool_storage_debug";
 
 class SasExpanders : public PluginTest {
  protected:

@@ -121,7 +121,7 @@ TEST_F(VirtualDriveListDump, IsLeftOutSilentlyWhenItsFileCannotBeOpened) {
 
 const std::string kCachedBefore = "\n cached_VD_list before computing deleted drives. \n";
 const std::string kCurBefore = "\n cur_VD_list before computing deleted drives. \n";
-const std::string kCur = "\n cur_VD_list \n";
+const std::string kCurAfter = "\n cur_VD_list \n";
 const std::string kCachedAfter = "\n After swap, cached_VD_list \n";
 
 TEST_F(VirtualDriveListDump, ShowsBothListsBeforeAndAfterTheyAreExchanged) {
@@ -133,7 +133,7 @@ TEST_F(VirtualDriveListDump, ShowsBothListsBeforeAndAfterTheyAreExchanged) {
 
   delta();
 
-  EXPECT_EQ(take_dump(), kCachedBefore + known + kCurBefore + read + kCur + read + kCachedAfter + read);
+  EXPECT_EQ(take_dump(), kCachedBefore + known + kCurBefore + read + kCurAfter + read + kCachedAfter + read);
 }
 
 TEST_F(VirtualDriveListDump, IsTheSameForAFullCall) {
@@ -143,7 +143,7 @@ TEST_F(VirtualDriveListDump, IsTheSameForAFullCall) {
 
   full();
 
-  EXPECT_EQ(take_dump(), kCachedBefore + kCurBefore + read + kCur + read + kCachedAfter + read);
+  EXPECT_EQ(take_dump(), kCachedBefore + kCurBefore + read + kCurAfter + read + kCachedAfter + read);
 }
 
 TEST_F(VirtualDriveListDump, ShowsTheWholeWidthOfTheTexts) {
@@ -154,7 +154,7 @@ TEST_F(VirtualDriveListDump, ShowsTheWholeWidthOfTheTexts) {
 
   const std::string name(16, 'N');
   const std::string read = "[" + name + "]-[" + std::string(33, 'G') + name + "] mod_timestamp=16777217\n";
-  EXPECT_EQ(take_dump(), kCachedBefore + kCurBefore + read + kCur + read + kCachedAfter + read);
+  EXPECT_EQ(take_dump(), kCachedBefore + kCurBefore + read + kCurAfter + read + kCachedAfter + read);
 }
 
 TEST_F(VirtualDriveListDump, IsLabelsWhenNoneIsLeft) {
@@ -165,7 +165,7 @@ TEST_F(VirtualDriveListDump, IsLabelsWhenNoneIsLeft) {
   full();
 
   EXPECT_EQ(take_dump(),
-            kCachedBefore + "[volume-0]-[GUID-0] mod_timestamp=16777217\n" + kCurBefore + kCur + kCachedAfter);
+            kCachedBefore + "[volume-0]-[GUID-0] mod_timestamp=16777217\n" + kCurBefore + kCurAfter + kCachedAfter);
 }
 
 TEST_F(VirtualDriveListDump, IsNotThereWhileThereAreNoLists) {

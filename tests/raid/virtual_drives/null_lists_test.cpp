@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include "raid/raid_names.h"
 #include "raid/virtual_drives/virtual_drive_test.h"
 
 namespace tests {
@@ -11,10 +12,6 @@ using testing::Values;
 
 // A list that realloc did not give, though it saw no error: this is no failure, and what follows copes with it.
 constexpr host::Verdict kNullAndNoError = {.fails = true, .error = 0};
-
-// The first list to be allocated is the cur list, the second one the cached list.
-constexpr int kCur = 1;
-constexpr int kCached = 2;
 
 class NullVirtualDriveLists : public VirtualDriveTest {};
 

@@ -2,6 +2,7 @@
 
 #include <cerrno>
 
+#include "raid/raid_names.h"
 #include "raid/virtual_drives/virtual_drive_test.h"
 
 namespace tests {
@@ -13,10 +14,6 @@ using testing::Values;
 
 constexpr host::Verdict kNullAndNoMemory = {.fails = true, .error = ENOMEM};
 constexpr host::Verdict kABlockAndNoMemory = {.fails = false, .error = ENOMEM};
-
-// The first list to be allocated is the cur list, the second one the cached list.
-constexpr int kCur = 1;
-constexpr int kCached = 2;
 
 class VirtualDriveLists : public VirtualDriveTest {
  protected:
