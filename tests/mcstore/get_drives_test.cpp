@@ -48,7 +48,7 @@ TEST_F(GetDrives, JsonHasRawValues) {
 }
 
 TEST_F(GetDrives, TableHasSizesAndTimesAsPeopleReadThem) {
-  store(Bytes::repeated(453, 0)
+  store(Bytes::repeated(kDriveSize, 0)
             .put(21, little_endian().u16(512).u64(1200243695616))
             .put(109, little_endian().u32(1772448300).u32(0xFFFFFFFF))
             .put(260, Bytes::hex("02 50 06 05 b0 0d 1e 2f a3"))

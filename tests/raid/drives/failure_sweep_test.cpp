@@ -38,7 +38,7 @@ class Scene : public SweepScene<DriveTest> {
       const Reply reply = is_delta(mode_) ? delta(options) : full(options);
 
       EXPECT_THAT(reply.status, AnyOf(0, -35, -37));
-      EXPECT_EQ(reply.length, reply.status == 0 && reply.length != 0 ? 20u + 453u * reply.buffer[6] : 0u);
+      EXPECT_EQ(reply.length, reply.status == 0 && reply.length != 0 ? drive_reply_size(reply.buffer[6]) : 0u);
     });
   }
 
