@@ -64,7 +64,7 @@ TEST_P(NullBbuList, LeavesNothingRemembered) {
   lose(GetParam());
   EXPECT_EQ(delta().bytes(), bbu_header(0));
 
-  EXPECT_THAT(full({.size = 17 + 4 * 161}).requests, IsEmpty());
+  EXPECT_THAT(full({.size = bbu_reply_size(4)}).requests, IsEmpty());
 }
 
 TEST_P(NullBbuList, IsNoRecordForTheDumps) {
@@ -116,7 +116,7 @@ TEST_F(NullBbuLists, BothNullAreTracedSo) {
 
 // Nothing was read, so nothing is missing.
 TEST_F(NullBbuLists, AFileWithoutAWholeRecordNeedsNone) {
-  for (const size_t size : {0u, 1u, 160u}) {
+  for (const uint32_t size : {0u, 1u, kBbuSize - 1}) {
     files.write(kBbuStore, Bytes::repeated(size, 0x77));
     trace_at(9);
 

@@ -47,15 +47,15 @@ TEST_F(BbuLists, AreMadeWithTheFirstRecord) {
 }
 
 TEST_F(BbuLists, AreSizedByTheNumberOfWholeRecords) {
-  files.write(kBbuStore, Bytes::repeated(160, 0));
+  files.write(kBbuStore, Bytes::repeated(kBbuSize - 1, 0));
   full();
   EXPECT_EQ(allocations(), 0);
 
-  files.write(kBbuStore, Bytes::repeated(161, 0));
+  files.write(kBbuStore, Bytes::repeated(kBbuSize, 0));
   full();
   EXPECT_EQ(allocations(), 2);
 
-  files.write(kBbuStore, Bytes::repeated(321, 0));
+  files.write(kBbuStore, Bytes::repeated(2 * kBbuSize - 1, 0));
   full();
   EXPECT_EQ(allocations(), 2);
 }
@@ -80,7 +80,7 @@ TEST_F(BbuLists, KeepWhatIsRememberedWhenTheyGrow) {
 
   const Reply reply = delta();
 
-  EXPECT_EQ(reply.length, 17u + 38 * 161);
+  EXPECT_EQ(reply.length, bbu_reply_size(38));
   EXPECT_EQ(slot(reply, 0), bbu_of(2).reported());
   EXPECT_EQ(slot(reply, 37), bbu_of(39).reported());
 }
@@ -185,7 +185,7 @@ TEST_P(NoMemoryForBbus, LeavesTheCountInTheSizes) {
   grow_in_vain();
   store({bbu_of(0)}, 3000);
 
-  EXPECT_THAT(full({.size = 17 + 3 * 161 - 1}).requests, ElementsAre(17 + 3 * 161));
+  EXPECT_THAT(full({.size = bbu_reply_size(1 + 2) - 1}).requests, ElementsAre(bbu_reply_size(1 + 2)));
 }
 
 TEST_P(NoMemoryForBbus, LeavesNothingToTraceForAnEmptyFile) {

@@ -88,9 +88,9 @@ TEST_F(ControllerBaseline, ANullGrantIsARefusalThoughTheOldBufferWouldDo) {
   remember({numbered(0)});
   trace_at(3);
 
-  EXPECT_EQ(full({.size = 1313, .growth = {Growth::kNull}}).status, -13);
+  EXPECT_EQ(full({.size = controller_room(1), .growth = {Growth::kNull}}).status, -13);
 
-  EXPECT_EQ(trace(), too_large("1313"));
+  EXPECT_EQ(trace(), too_large(controller_room(1)));
 }
 
 TEST_F(ControllerBaseline, ABufferThatMovesForTheGoneKeepsWhatARecordLeft) {
@@ -112,7 +112,7 @@ TEST_F(ControllerBaseline, SizesAreUnsigned) {
     EXPECT_EQ(PLUGIN(mc_get_store_ctrls)(static_cast<host::ReplyOwner *>(&buffer), buffer.bytes(), size, &length), 0);
 
     EXPECT_THAT(buffer.requests(), IsEmpty());
-    EXPECT_EQ(length, 18u + 1294u);
+    EXPECT_EQ(length, controller_reply_size(1));
   }
 }
 
@@ -132,9 +132,9 @@ TEST_F(ControllerBaseline, OfVeryManyControllersNoneIsCompared) {
   remember({numbered(0)});
   constexpr size_t kCount = 65536;
   files.write(kControllerStore, Bytes().u8(kReady) + numbered(0).stored());
-  files.resize(kControllerStore, 1 + kCount * kControllerSize, 2000);
+  files.resize(kControllerStore, controller_file_size(kCount), 2000);
 
-  const Reply reply = delta({.size = 18 + 1 + (kCount + 1) * kControllerSize, .growth = {Growth::kRefuse}});
+  const Reply reply = delta({.size = controller_room(kCount + 1), .growth = {Growth::kRefuse}});
 
   // 65535 new ones without a name, and then the one that is still there.
   EXPECT_EQ(reply.status, 0);

@@ -37,8 +37,10 @@ class ControllerTest : public PluginTest {
   }
 };
 
-inline std::string too_large(const std::string &needed) {
-  return "<get_store_ctrls: 869> [get_store_ctrls]Data length(" + needed + ") larger than 65536\n";
+// Sizes are traced as signed numbers, and whatever the buffer's is, as larger than this.
+inline std::string too_large(uint32_t needed) {
+  return "<get_store_ctrls: 869> [get_store_ctrls]Data length(" + std::to_string(static_cast<int32_t>(needed)) +
+         ") larger than 65536\n";
 }
 
 // A line about a file that could not be read to its end.

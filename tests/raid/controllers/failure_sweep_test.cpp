@@ -45,7 +45,7 @@ class Scene : public SweepScene<ControllerTest> {
       const Reply reply = is_delta(mode_) ? delta(options) : full(options);
 
       EXPECT_THAT(reply.status, AnyOf(0, -13, -35, -37));
-      EXPECT_EQ(reply.length, reply.status == 0 ? 18u + 1294u * reply.buffer[4] : 0u);
+      EXPECT_EQ(reply.length, reply.status == 0 ? controller_reply_size(reply.buffer[4]) : 0u);
     });
   }
 

@@ -52,7 +52,7 @@ TEST_F(Controllers, WhatLiesBehindTheReplyIsNotTouched) {
 
   const Reply reply = full({.size = 4000});
 
-  EXPECT_EQ(reply.buffer, controller_reply(kReady, {numbered(0)}).fill(4000 - 1312, 0xA5));
+  EXPECT_EQ(reply.buffer, controller_reply(kReady, {numbered(0)}).fill(4000 - controller_reply_size(1), 0xA5));
 }
 
 TEST_F(Controllers, AFullInventoryComesAgainThoughNothingChanged) {
@@ -115,20 +115,20 @@ TEST_P(SoManyControllers, FillTheSlotsAndWrapTheCount) {
   const Reply reply = full({.size = kRoomForAll});
 
   EXPECT_EQ(reply.status, 0);
-  EXPECT_EQ(reply.length, 18u + 1294u * count);
+  EXPECT_EQ(reply.length, controller_reply_size(count));
   EXPECT_TRUE(reply.buffer == expected);
 }
 
 INSTANTIATE_TEST_SUITE_P(, SoManyControllers, Values(0, 1, 2, 255, 256, 257, 300));
 
 TEST_F(Controllers, APartialRecordAtTheEndIsLeftInItsSlotAndNotReported) {
-  files.write(kControllerStore, controller_file(kReady, {numbered(0)}).fill(1293, 0x77));
+  files.write(kControllerStore, controller_file(kReady, {numbered(0)}).fill(kControllerSize - 1, 0x77));
 
   const Reply reply = full();
 
   EXPECT_EQ(reply.status, 0);
   EXPECT_EQ(reply.bytes(), controller_reply(kReady, {numbered(0)}));
-  EXPECT_EQ(slot(reply, 1), Bytes().fill(1293, 0x77).fill(1, 0xA5));
+  EXPECT_EQ(slot(reply, 1), Bytes().fill(kControllerSize - 1, 0x77).fill(1, 0xA5));
   EXPECT_THAT(system_log(), IsEmpty());
 }
 
@@ -219,7 +219,7 @@ TEST_F(Controllers, ARefusedGrowthIsReplyTooLarge) {
 
   EXPECT_EQ(reply.status, -13);
   EXPECT_EQ(reply.length, 0u);
-  EXPECT_EQ(trace(), "<get_store_ctrls: 869> [get_store_ctrls]Data length(1313) larger than 65536\n");
+  EXPECT_EQ(trace(), too_large(controller_room(1)));
 }
 
 class ControllersOnPlatform : public Controllers, public testing::WithParamInterface<const char *> {};

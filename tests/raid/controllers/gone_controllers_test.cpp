@@ -3,8 +3,7 @@
 #include <cerrno>
 #include <cstring>
 
-#include "host/plugin_test.h"
-#include "raid/controllers/controller_bytes.h"
+#include "host/refusal.h"
 #include "raid/controllers/controller_test.h"
 
 namespace tests {
@@ -42,7 +41,7 @@ TEST_F(GoneControllers, AreReportedWithStatusFour) {
   const Reply reply = delta();
 
   EXPECT_EQ(reply.status, 0);
-  EXPECT_EQ(reply.length, 1312u);
+  EXPECT_EQ(reply.length, controller_reply_size(1));
   const Bytes slot = untouched_slot()
                          .put(0, Bytes::hex("03"))
                          .put(1, Bytes().text("SLOT-9", 16))
@@ -81,7 +80,7 @@ TEST_F(GoneControllers, LieOverWhatAPartialRecordLeftInTheSlot) {
 
   const Reply reply = delta();
 
-  EXPECT_EQ(reply.bytes(), controller_header(kReady, 1) + gone(numbered(0), Bytes().fill(700, 0x77).fill(594, 0xA5)));
+  EXPECT_EQ(reply.bytes(), controller_header(kReady, 1) + gone(numbered(0), Bytes().fill(700, 0x77).fill(kControllerSize - 700, 0xA5)));
 }
 
 TEST_F(GoneControllers, AreReportedOnce) {
@@ -166,7 +165,7 @@ TEST_F(GoneControllers, TheCountWrapsAndTheSlotsWithIt) {
   const Reply reply = delta({.size = 1u << 20});
 
   EXPECT_EQ(reply.status, 0);
-  EXPECT_EQ(reply.length, 1312u);
+  EXPECT_EQ(reply.length, controller_reply_size(1));
   EXPECT_EQ(reply.bytes(), controller_header(kReady, 1) + gone(numbered(301), numbered(0).reported()));
   EXPECT_EQ(slot(reply, 254), numbered(254).reported());
   EXPECT_EQ(slot(reply, 255), gone(numbered(300), untouched_slot()));
@@ -181,8 +180,8 @@ TEST_F(GoneControllers, ThatDoNotFitAreGivenExactlyTheRoomTheyNeed) {
   const Reply reply = delta({.size = 18});
 
   EXPECT_EQ(reply.status, 0);
-  EXPECT_THAT(reply.requests, ElementsAre(19, 2606));
-  EXPECT_EQ(reply.length, 2606u);
+  EXPECT_THAT(reply.requests, ElementsAre(19, controller_reply_size(2)));
+  EXPECT_EQ(reply.length, controller_reply_size(2));
   const Bytes grown = Bytes::repeated(kControllerSize, kMoved);
   EXPECT_EQ(reply.buffer, controller_header(kReady, 2) + gone(numbered(0), grown) + gone(numbered(1), grown));
 }
@@ -195,8 +194,8 @@ TEST_F(GoneControllers, ThatDoNotFitCostNothingOfTheReplySoFar) {
   const Reply reply = delta({.size = 18, .growth = {Growth::kInPlace, Growth::kMove}});
 
   EXPECT_EQ(reply.status, 0);
-  EXPECT_THAT(reply.requests, ElementsAre(2607, 5194));
-  EXPECT_EQ(reply.length, 5194u);
+  EXPECT_THAT(reply.requests, ElementsAre(controller_room(2), controller_reply_size(4)));
+  EXPECT_EQ(reply.length, controller_reply_size(4));
   const Bytes grown = Bytes::repeated(kControllerSize, kMoved);
   EXPECT_EQ(reply.buffer, controller_header(kReady, 4) + numbered(2).reported() + numbered(3, 0x01020304).reported() +
                               gone(numbered(0), grown) + gone(numbered(1), grown));
@@ -207,10 +206,10 @@ TEST_F(GoneControllers, ThatDidFitAreAskedForWhenTheFirstRequestTookTheirRoom) {
   remember({numbered(0), numbered(1)});
   store(kReady, {}, 2000);
 
-  const Reply reply = delta({.size = 2606, .growth = {Growth::kMove}});
+  const Reply reply = delta({.size = controller_reply_size(2), .growth = {Growth::kMove}});
 
   EXPECT_EQ(reply.status, 0);
-  EXPECT_THAT(reply.requests, ElementsAre(19, 2606));
+  EXPECT_THAT(reply.requests, ElementsAre(19, controller_reply_size(2)));
   const Bytes grown = Bytes::repeated(kControllerSize, kMoved);
   EXPECT_EQ(reply.bytes(), controller_header(kReady, 2, kMoved) + gone(numbered(0), grown) + gone(numbered(1), grown));
 }
@@ -219,9 +218,9 @@ TEST_F(GoneControllers, ThatStillFitAfterwardsAreNotAskedFor) {
   remember({numbered(0), numbered(1)});
   store(kReady, {numbered(0)}, 2000);
 
-  const Reply reply = delta({.size = 3000, .growth = {Growth::kMove}});
+  const Reply reply = delta({.size = controller_reply_size(3), .growth = {Growth::kMove}});
 
-  EXPECT_THAT(reply.requests, ElementsAre(1313));
+  EXPECT_THAT(reply.requests, ElementsAre(controller_room(1)));
   EXPECT_EQ(reply.bytes(), controller_header(kReady, 1, kMoved) + gone(numbered(1), numbered(0).stored()));
 }
 
@@ -231,8 +230,8 @@ TEST_F(GoneControllers, ThatFitAfterTheFirstRequestMakeNoSecondOne) {
 
   const Reply reply = delta({.size = 18});
 
-  EXPECT_THAT(reply.requests, ElementsAre(2607));
-  EXPECT_EQ(reply.buffer.slice(0, 2606), controller_header(kReady, 2) + numbered(2).reported() +
+  EXPECT_THAT(reply.requests, ElementsAre(controller_room(2)));
+  EXPECT_EQ(reply.buffer.slice(0, controller_reply_size(2)), controller_header(kReady, 2) + numbered(2).reported() +
                                              gone(numbered(1), Bytes::repeated(kControllerSize, kMoved)));
 }
 
@@ -253,8 +252,8 @@ TEST_F(GoneControllers, NeedRoomForNoMoreThanTheSlotsThereAre) {
   const Reply reply = delta({.size = 18});
 
   EXPECT_EQ(reply.status, 0);
-  EXPECT_THAT(reply.requests, ElementsAre(19, 18 + 256 * 1294));
-  EXPECT_EQ(reply.length, 18u + 44 * 1294);
+  EXPECT_THAT(reply.requests, ElementsAre(19, controller_reply_size(256)));
+  EXPECT_EQ(reply.length, controller_reply_size(300 % 256));
   EXPECT_EQ(slot(reply, 0), gone(numbered(256), Bytes::repeated(kControllerSize, kMoved)));
   EXPECT_EQ(slot(reply, 255), gone(numbered(255), Bytes::repeated(kControllerSize, kMoved)));
 }
@@ -267,8 +266,8 @@ TEST_F(GoneControllers, AndNewOnesTogetherNeedNoMoreRoomThanTheSlotsThereAre) {
 
   const Reply reply = delta({.size = 18});
 
-  EXPECT_THAT(reply.requests, ElementsAre(18 + 1 + 100 * 1294, 18 + 256 * 1294));
-  EXPECT_EQ(reply.length, 18u + 44 * 1294);
+  EXPECT_THAT(reply.requests, ElementsAre(controller_room(100), controller_reply_size(256)));
+  EXPECT_EQ(reply.length, controller_reply_size(300 % 256));
   EXPECT_EQ(slot(reply, 43), gone(numbered(199), numbered(243).reported()));
   EXPECT_EQ(slot(reply, 44), numbered(244).reported());
 }
@@ -288,7 +287,7 @@ class NoRoom : public GoneControllers {
   void expect_refusal(const Reply &reply) {
     EXPECT_EQ(reply.status, -13);
     EXPECT_EQ(reply.length, 0u);
-    EXPECT_EQ(trace(), too_large("2606"));
+    EXPECT_EQ(trace(), too_large(controller_reply_size(2)));
   }
 };
 
@@ -302,7 +301,7 @@ TEST_P(RefusedRoom, IsReplyTooLarge) {
   const Reply reply = delta({.size = 18, .growth = {Growth::kInPlace, GetParam()}});
 
   expect_refusal(reply);
-  EXPECT_THAT(reply.requests, ElementsAre(19, 2606));
+  EXPECT_THAT(reply.requests, ElementsAre(19, controller_reply_size(2)));
 }
 
 TEST_P(RefusedRoom, LeavesTheTimeMovedTheStateTakenAndTheListAsItWas) {
@@ -320,7 +319,7 @@ TEST_P(RefusedRoom, LeavesTheTimeMovedTheStateTakenAndTheListAsItWas) {
   EXPECT_THAT(lines[0], HasSubstr("prevState(1), newState(2), prevModTime(2000, "));
 }
 
-INSTANTIATE_TEST_SUITE_P(, RefusedRoom, Values(Growth::kRefuse, Growth::kGrantLess, Growth::kNull));
+INSTANTIATE_TEST_SUITE_P(, RefusedRoom, every_refusal());
 
 TEST_F(NoRoom, IsWhatNoMemoryForKeepingTheReplyComesTo) {
   remember({numbered(0), numbered(1)});
@@ -390,8 +389,8 @@ TEST_F(AddDeleted, WrapsTheCountAndTheSlot) {
   const Bytes reply = appended(255, 256, {summary(numbered(9))}, {summary(numbered(0)), summary(numbered(1))});
 
   EXPECT_EQ(reply[4], 1);
-  EXPECT_EQ(reply.slice(18 + 255 * 1294, 1294), gone(numbered(0), untouched_slot()));
-  EXPECT_EQ(reply.slice(18, 1294), gone(numbered(1), untouched_slot()));
+  EXPECT_EQ(reply.slice(controller_reply_size(255), kControllerSize), gone(numbered(0), untouched_slot()));
+  EXPECT_EQ(reply.slice(kControllerHeaderSize, kControllerSize), gone(numbered(1), untouched_slot()));
 }
 
 TEST_F(AddDeleted, ReportsEveryOneOfTwoLikeEntries) {

@@ -58,11 +58,11 @@ TEST_F(SummaryLists, AreMadeWithTheFirstRecord) {
 }
 
 TEST_F(SummaryLists, AreSizedByTheFileAsAWhole) {
-  files.write(kControllerStore, Bytes::repeated(1293, 0));
+  files.write(kControllerStore, Bytes::repeated(kControllerSize - 1, 0));
   full();
   EXPECT_EQ(allocations(), 0);
 
-  files.write(kControllerStore, Bytes::repeated(1294, 0));
+  files.write(kControllerStore, Bytes::repeated(kControllerSize, 0));
   full();
   EXPECT_EQ(allocations(), 2);
 }
@@ -87,7 +87,7 @@ TEST_F(SummaryLists, KeepWhatIsRememberedWhenTheyGrow) {
 
   const Reply reply = delta();
 
-  EXPECT_EQ(reply.length, 18u + 38 * 1294);
+  EXPECT_EQ(reply.length, controller_reply_size(38));
   EXPECT_EQ(slot(reply, 0), numbered(2).reported());
   EXPECT_EQ(slot(reply, 37), numbered(39).reported());
 }
@@ -206,7 +206,8 @@ TEST_P(NoMemory, LeavesTheCountInTheSizes) {
   grow_in_vain(GetParam().list, GetParam().verdict);
   store(kReady, {numbered(0)}, 3000);
 
-  EXPECT_THAT(full({.size = 1313 + 2 * 1294 - 1, .growth = {Growth::kMove}}).requests, ElementsAre(1313));
+  EXPECT_THAT(full({.size = controller_room(1 + 2) - 1, .growth = {Growth::kMove}}).requests,
+              ElementsAre(controller_room(1)));
 }
 
 INSTANTIATE_TEST_SUITE_P(, NoMemory,
@@ -354,7 +355,7 @@ TEST_P(NullList, LeavesNothingRemembered) {
   lose(GetParam());
   full();
 
-  const Reply reply = full({.size = 18 + 1 + 4 * 1294});
+  const Reply reply = full({.size = controller_room(4)});
 
   EXPECT_EQ(reply.status, 0);
   EXPECT_THAT(reply.requests, IsEmpty());

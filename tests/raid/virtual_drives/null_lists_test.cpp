@@ -75,7 +75,7 @@ INSTANTIATE_TEST_SUITE_P(, NullVirtualDriveList, Values(kCur, kCached));
 
 TEST_F(NullVirtualDriveLists, AFileWithoutAWholeRecordNeedsNone) {
   trace_at(9);
-  for (const size_t size : {0u, 1u, 5798u}) {
+  for (const uint32_t size : {0u, 1u, kVirtualDriveSize - 1}) {
     files.write(kVirtualDriveStore, Bytes::repeated(size, 0x77));
 
     EXPECT_EQ(full().bytes(), virtual_drive_header(0));

@@ -10,12 +10,12 @@ using testing::IsEmpty;
 using testing::Values;
 
 constexpr char kSimulationMarker[] = "/debug/mctool_storage_debug";
-constexpr uint32_t kSimulatedLength = 11615;
+constexpr uint32_t kSimulatedLength = length_of(2);
 
 // What is not named here stays as the buffer held it.
 Bytes simulated_virtual_drive(const std::string &guid, const std::string &name, uint8_t before) {
   const Bytes hot_spare = Bytes::hex("01 01 00  00 00 00 00 00 00 00 00  00 10 00 00 00 00 00 00  00");
-  return Bytes::repeated(5799, before)
+  return Bytes::repeated(kVirtualDriveSize, before)
       .put(0, Bytes::hex("01 01"))  // controller, target
       .put_text(2, guid)
       .put_text(35, name)
@@ -37,7 +37,7 @@ Bytes simulated_virtual_drive(const std::string &guid, const std::string &name, 
 
 // The simulated reply over what the buffer held. Its numbers are little-endian.
 Bytes simulated_virtual_drives(uint8_t before) {
-  return Bytes::hex("28 00 08 02 A7 16 00 00 00").fill(8, before) +
+  return Bytes::hex("28 00 08 02") + little_endian().u32(kVirtualDriveSize).u8(0).fill(8, before) +
          simulated_virtual_drive("GUID-0", "VirtDrive-0", before) +
          simulated_virtual_drive("GUID-1", "VirtDrive-1", before);
 }
@@ -132,22 +132,21 @@ TEST_F(VirtualDriveSimulation, AsksForTheByteThatIsMissing) {
   EXPECT_THAT(full({.size = 100}).requests, ElementsAre(kSimulatedLength));
 }
 
-class RefusedVirtualDriveSimulation : public VirtualDriveSimulation, public testing::WithParamInterface<Refusal> {};
+class RefusedVirtualDriveSimulation : public VirtualDriveSimulation, public testing::WithParamInterface<Growth> {};
 
 TEST_P(RefusedVirtualDriveSimulation, IsTooLarge) {
   trace_at(3);
 
-  const Reply reply = full({.size = 100, .growth = {GetParam().first}});
+  const Reply reply = full({.size = 100, .growth = {GetParam()}});
 
   EXPECT_EQ(reply.status, -13);
   EXPECT_EQ(reply.length, 0u);
-  EXPECT_EQ(trace(), "<mc_get_store_virtdrives: 2023> [mc_get_store_virtdrives]Data length(11615) larger than " +
-                         GetParam().second + "\n");
+  EXPECT_EQ(trace(), "<mc_get_store_virtdrives: 2023> [mc_get_store_virtdrives]Data length(" +
+                         std::to_string(kSimulatedLength) + ") larger than " +
+                         std::to_string(size_after(GetParam(), 100, kSimulatedLength)) + "\n");
 }
 
-INSTANTIATE_TEST_SUITE_P(, RefusedVirtualDriveSimulation,
-                         Values(Refusal(Growth::kRefuse, "100"), Refusal(Growth::kGrantLess, "11614"),
-                                Refusal(Growth::kNull, "11615")));
+INSTANTIATE_TEST_SUITE_P(, RefusedVirtualDriveSimulation, every_refusal());
 
 // ------------------------------------------------------------------------------------------------------ entry points
 

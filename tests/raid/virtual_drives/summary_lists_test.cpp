@@ -33,7 +33,7 @@ class VirtualDriveLists : public VirtualDriveTest {
 // ------------------------------------------------------------------------------------------------------------ size
 
 TEST_F(VirtualDriveLists, AreMadeWithTheFirstRecord) {
-  files.write(kVirtualDriveStore, Bytes::repeated(5798, 0));
+  files.write(kVirtualDriveStore, Bytes::repeated(kVirtualDriveSize - 1, 0));
   EXPECT_EQ(full().bytes(), virtual_drive_header(0));
   EXPECT_EQ(allocations(), 0);
 
