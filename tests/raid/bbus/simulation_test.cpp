@@ -1,4 +1,4 @@
-#include <gmock/gmock.h>
+#include "raid/simulation_tests.h"
 
 #include <vector>
 
@@ -53,6 +53,20 @@ Bytes simulated_reply(Bytes buffer) {
 
 Bytes simulated_reply() { return simulated_reply(Bytes::repeated(kSimulatedSize, kUntouched)); }
 
+}  // namespace
+
+const SimulatedKind kSimulatedKind = {
+    .full = "mc_get_store_bbu",
+    .delta = "mc_delta_store_bbu",
+    .store = kBbuStore,
+    .file = bbu_file({bbu_of(0)}),
+    .reply = bbu_reply({bbu_of(0)}),
+    .quiet_delta = bbu_header(0),
+    .simulation = simulated_reply(),
+};
+
+namespace {
+
 class BbuSimulation : public BbuTest {
  protected:
   BbuSimulation() { files.write_text(kSimulationMarker, ""); }
@@ -97,47 +111,6 @@ TEST_F(BbuSimulation, LeavesTheTimeStampAndTheFlashModulesTextsUnwritten) {
 
 TEST_F(BbuSimulation, DoesNotTouchWhatLiesBehindIt) {
   EXPECT_EQ(full({.size = 1000}).buffer, simulated_reply() + Bytes::repeated(1000 - kSimulatedSize, kUntouched));
-}
-
-TEST_F(BbuSimulation, ReadsNoFileAndDumpsNothing) {
-  store({bbu_of(0)});
-  files.write(kFlashModuleImage, flash_module_image());
-  files.write_text("/var/mctool_stordebug", "");
-  files.write_text("/var/mctool_bbudebug", "");
-
-  full();
-
-  EXPECT_THAT(calls(), ElementsAre("stat /debug/mctool_storage_debug"));
-}
-
-TEST_F(BbuSimulation, NeedsNoStoreFileAndNoLock) {
-  files.remove(kStorageLock);
-
-  const Reply reply = full();
-
-  EXPECT_EQ(reply.status, 0);
-  EXPECT_EQ(reply.bytes(), simulated_reply());
-}
-
-TEST_F(BbuSimulation, LastsAsLongAsItsMarker) {
-  store({bbu_of(0)});
-  const Reply first = full();
-  files.remove(kSimulationMarker);
-  const Reply without_marker = full();
-  files.write_text(kSimulationMarker, "");
-
-  const Reply again = full();
-
-  EXPECT_EQ(first.bytes(), simulated_reply());
-  EXPECT_EQ(without_marker.bytes(), bbu_reply({bbu_of(0)}));
-  EXPECT_EQ(again.bytes(), simulated_reply());
-}
-
-TEST_F(BbuSimulation, IsNeverADelta) {
-  store({bbu_of(0)});
-
-  EXPECT_EQ(delta().bytes(), bbu_reply({bbu_of(0)}));
-  EXPECT_THAT(calls(), Not(Contains("stat /debug/mctool_storage_debug")));
 }
 
 // ------------------------------------------------------------------------------------------------------ growth

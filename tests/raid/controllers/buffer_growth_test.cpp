@@ -69,7 +69,8 @@ TEST_F(ReplyBufferGrowth, RememberedControllersCountInFullCalls) {
   remember_one();
 
   EXPECT_THAT(full({.size = kRoomForOne + kControllerSize}).requests, IsEmpty());
-  EXPECT_THAT(full({.size = kRoomForOne + kControllerSize - 1, .growth = {Growth::kMove}}).requests, ElementsAre(kRoomForOne));
+  EXPECT_THAT(full({.size = kRoomForOne + kControllerSize - 1, .growth = {Growth::kMove}}).requests,
+              ElementsAre(kRoomForOne));
 }
 
 TEST_F(ReplyBufferGrowth, RememberedControllersCountInDeltaCalls) {
@@ -78,7 +79,8 @@ TEST_F(ReplyBufferGrowth, RememberedControllersCountInDeltaCalls) {
   store(kReady, {numbered(0)}, 2000);
   EXPECT_THAT(delta({.size = kRoomForOne + kControllerSize}).requests, IsEmpty());
   store(kReady, {numbered(0)}, 3000);
-  EXPECT_THAT(delta({.size = kRoomForOne + kControllerSize - 1, .growth = {Growth::kMove}}).requests, ElementsAre(kRoomForOne));
+  EXPECT_THAT(delta({.size = kRoomForOne + kControllerSize - 1, .growth = {Growth::kMove}}).requests,
+              ElementsAre(kRoomForOne));
 }
 
 TEST_F(ReplyBufferGrowth, AnUnchangedTimeAsksForNothing) {

@@ -7,8 +7,6 @@
 #include <random>
 #include <stdexcept>
 
-#include "host/plugin_test.h"
-#include "raid/controllers/controller_bytes.h"
 #include "raid/controllers/controller_test.h"
 #include "raid/controllers/full_record.h"
 
@@ -17,7 +15,6 @@ namespace {
 
 using testing::IsEmpty;
 using testing::Range;
-using testing::Values;
 
 // A full call first looks for the simulation's marker.
 constexpr int kStoreStat = 2;
@@ -181,7 +178,8 @@ TEST_F(HostileStoreFiles, AFileReplacedByAShorterOneIsReadToTheShorterSize) {
   store(kReady, numbered_below(9));
   before_call("stat", kStoreStat, [this] { replace_by(controller_file(kNotReady, {numbered(77)})); });
 
-  EXPECT_EQ(full({.size = controller_room(1), .growth = {Growth::kRefuse}}).bytes(), controller_reply(kReady, {numbered(0)}));
+  EXPECT_EQ(full({.size = controller_room(1), .growth = {Growth::kRefuse}}).bytes(),
+            controller_reply(kReady, {numbered(0)}));
   EXPECT_THAT(system_log(), IsEmpty());
 }
 
@@ -302,63 +300,6 @@ TEST_P(GarbageInStoreFiles, IsAnsweredByteForByte) {
 }
 
 INSTANTIATE_TEST_SUITE_P(, GarbageInStoreFiles, Range(1u, 9u));
-
-// ----------------------------------------------------------------------------------------------------------- numbers
-
-class VeryManyControllers : public HostileStoreFiles, public testing::WithParamInterface<size_t> {
- protected:
-  static constexpr size_t kLast = 9;
-
-  // All zero, but for the last one.
-  void store_very_many(size_t count) {
-    files.write(kControllerStore, Bytes().u8(kNotReady));
-    files.resize(kControllerStore, controller_file_size(count - 1), 1000);
-    append(numbered(kLast).stored());
-  }
-};
-
-TEST_P(VeryManyControllers, WrapTheCountAndTheSlots) {
-  const size_t count = GetParam();
-  store_very_many(count);
-  const uint32_t size = controller_room(count);
-
-  const Reply reply = full({.size = size, .growth = {Growth::kRefuse}});
-
-  EXPECT_EQ(reply.status, 0);
-  EXPECT_EQ(reply.length, controller_reply_size(count % 256));
-  EXPECT_EQ(reply.buffer.slice(0, 18), controller_header(kNotReady, static_cast<uint8_t>(count)));
-  EXPECT_EQ(slot(reply, (count - 1) % 256), numbered(kLast).reported());
-  EXPECT_EQ(slot(reply, count % 256), Bytes::repeated(kControllerSize, 0));
-  EXPECT_EQ(slot(reply, 256), untouched_slot());
-  EXPECT_THAT(system_log(), IsEmpty());
-}
-
-TEST_P(VeryManyControllers, AreRememberedInACountOf16Bits) {
-  const size_t count = GetParam();
-  store_very_many(count);
-  full({.size = controller_room(count)});
-  store(kNotReady, {}, 2000);
-
-  const uint32_t enough = controller_room(count % 65536);
-  const Reply asking = full({.size = enough - 1, .growth = {Growth::kMove}});
-
-  EXPECT_THAT(asking.requests, testing::ElementsAre(19));
-}
-
-TEST_P(VeryManyControllers, AreRememberedInNoMoreThanACountOf16Bits) {
-  const size_t count = GetParam();
-  store_very_many(count);
-  full({.size = controller_room(count)});
-  store(kNotReady, {}, 2000);
-
-  const uint32_t enough = controller_room(count % 65536);
-  const Reply content = full({.size = enough});
-
-  EXPECT_THAT(content.requests, IsEmpty());
-  EXPECT_EQ(content.bytes(), controller_header(kNotReady, 0));
-}
-
-INSTANTIATE_TEST_SUITE_P(, VeryManyControllers, Values(65536, 70000));
 
 }  // namespace
 }  // namespace tests

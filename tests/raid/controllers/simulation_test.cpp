@@ -1,4 +1,4 @@
-#include <gmock/gmock.h>
+#include "raid/simulation_tests.h"
 
 #include <vector>
 
@@ -77,6 +77,20 @@ Bytes simulated_reply(Bytes buffer) {
 
 Bytes simulated_reply() { return simulated_reply(Bytes::repeated(kSimulatedSize, kUntouched)); }
 
+}  // namespace
+
+const SimulatedKind kSimulatedKind = {
+    .full = "mc_get_store_ctrls",
+    .delta = "mc_delta_store_ctrls",
+    .store = kControllerStore,
+    .file = controller_file(kReady, {numbered(0)}),
+    .reply = controller_reply(kReady, {numbered(0)}),
+    .quiet_delta = controller_header(kReady, 0),
+    .simulation = simulated_reply(),
+};
+
+namespace {
+
 std::string simulation_too_large(uint32_t granted) {
   return "<mc_get_store_ctrls: 1114> [mc_get_store_ctrls]Data length(" + std::to_string(kSimulatedSize) +
          ") larger than " + std::to_string(granted) + "\n";
@@ -109,36 +123,6 @@ TEST_F(Simulation, DoesNotTouchWhatLiesBehindIt) {
   EXPECT_EQ(reply.buffer, simulated_reply() + Bytes::repeated(kLarge - kSimulatedSize, kUntouched));
 }
 
-TEST_F(Simulation, ReadsNoStoreFile) {
-  store(kNotReady, {numbered(0)});
-
-  const Reply reply = full();
-
-  EXPECT_EQ(reply.bytes(), simulated_reply());
-  EXPECT_THAT(calls(), ElementsAre("stat /debug/mctool_storage_debug"));
-}
-
-TEST_F(Simulation, NeedsNoStoreFile) {
-  const Reply reply = full();
-
-  EXPECT_EQ(reply.status, 0);
-  EXPECT_EQ(reply.bytes(), simulated_reply());
-}
-
-TEST_F(Simulation, LastsAsLongAsItsMarker) {
-  store(kReady, {numbered(0)});
-  const Reply first = full();
-  files.remove(kSimulationMarker);
-  const Reply without_marker = full();
-  files.write_text(kSimulationMarker, "");
-
-  const Reply again = full();
-
-  EXPECT_EQ(first.bytes(), simulated_reply());
-  EXPECT_EQ(without_marker.bytes(), controller_reply(kReady, {numbered(0)}));
-  EXPECT_EQ(again.bytes(), simulated_reply());
-}
-
 // ------------------------------------------------------------------------------------------------------ growth
 
 TEST_F(Simulation, AsksForTheByteThatIsMissing) {
@@ -146,7 +130,7 @@ TEST_F(Simulation, AsksForTheByteThatIsMissing) {
 
   EXPECT_EQ(reply.status, 0);
   EXPECT_EQ(reply.length, kSimulatedSize);
-  EXPECT_EQ(reply.buffer, simulated_reply());
+  EXPECT_EQ(reply.buffer, simulated_reply(Bytes::repeated(kSimulatedSize - 1, kUntouched).u8(kUntouchedAfterGrowth)));
   EXPECT_THAT(reply.requests, ElementsAre(kSimulatedSize));
 }
 
@@ -265,15 +249,6 @@ TEST_F(SimulationForMovingHost, TellsItsLengthBeforeItAsks) {
 }
 
 // ------------------------------------------------------------------------------------------------------ what it leaves
-
-TEST_F(Simulation, RemembersNothing) {
-  store(kReady, {numbered(0)});
-  full();
-
-  const Reply reply = delta();
-
-  EXPECT_EQ(reply.bytes(), controller_reply(kReady, {numbered(0)}));
-}
 
 TEST_F(Simulation, RemembersNothingWhenItIsTooLarge) {
   store(kReady, {numbered(0)});

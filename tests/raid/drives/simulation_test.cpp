@@ -1,4 +1,4 @@
-#include <gmock/gmock.h>
+#include "raid/simulation_tests.h"
 
 #include "raid/drives/drive_test.h"
 
@@ -44,6 +44,20 @@ Bytes simulated_drives(uint8_t before) {
          record;
 }
 
+}  // namespace
+
+const SimulatedKind kSimulatedKind = {
+    .full = "mc_get_store_phydrives",
+    .delta = "mc_delta_store_phydrives",
+    .store = kDriveStore,
+    .file = drive_file(1, {numbered_drive(0)}),
+    .reply = drive_reply(1, {numbered_drive(0)}),
+    .quiet_delta = Bytes(),
+    .simulation = simulated_drives(kUntouched).slice(0, kAnnouncedLength),
+};
+
+namespace {
+
 class DriveSimulation : public DriveTest {
  protected:
   DriveSimulation() { files.write_text("/debug/mctool_storage_debug", ""); }
@@ -59,34 +73,6 @@ TEST_F(DriveSimulation, AnnouncesTwoDrivesAndWritesThree) {
   EXPECT_EQ(reply.buffer, simulated_drives(kUntouched) + Bytes::repeated(2000 - kWrittenLength, kUntouched));
   EXPECT_THAT(reply.requests, IsEmpty());
   EXPECT_EQ(trace(), "");
-}
-
-TEST_F(DriveSimulation, ReadsNoStoreFile) {
-  store({numbered_drive(0)});
-  forget_calls();
-
-  full();
-
-  EXPECT_THAT(calls(), ElementsAre("stat /debug/mctool_storage_debug"));
-}
-
-TEST_F(DriveSimulation, RemembersNothing) {
-  files.remove("/debug/mctool_storage_debug");
-  store({numbered_drive(0)});
-  full();
-  files.write_text("/debug/mctool_storage_debug", "");
-  full();
-  store({numbered_drive(1)}, 1000);
-
-  EXPECT_EQ(delta().length, 0u);
-  store({numbered_drive(0)}, 2000);
-  EXPECT_EQ(delta().length, 0u);
-}
-
-TEST_F(DriveSimulation, IsNotWhatADeltaReports) {
-  store({numbered_drive(0)});
-
-  EXPECT_EQ(delta().bytes(), drive_reply(1, {numbered_drive(0)}));
 }
 
 TEST_F(DriveSimulation, AsksForTheAnnouncedLengthAlone) {
@@ -122,10 +108,9 @@ TEST_P(RefusedDriveSimulation, IsTooLarge) {
 
   EXPECT_EQ(reply.status, -13);
   EXPECT_EQ(reply.length, 0u);
-  EXPECT_EQ(trace(),
-            "<mc_get_store_phydrives: 1554> [mc_get_store_phydrives]Data length(" + std::to_string(kAnnouncedLength) +
-                ") larger than " +
-                std::to_string(size_after(GetParam(), kAnnouncedLength - 1, kAnnouncedLength)) + "\n");
+  EXPECT_EQ(trace(), "<mc_get_store_phydrives: 1554> [mc_get_store_phydrives]Data length(" +
+                         std::to_string(kAnnouncedLength) + ") larger than " +
+                         std::to_string(size_after(GetParam(), kAnnouncedLength - 1, kAnnouncedLength)) + "\n");
 }
 
 INSTANTIATE_TEST_SUITE_P(, RefusedDriveSimulation, every_refusal());

@@ -1,4 +1,4 @@
-#include <gmock/gmock.h>
+#include "raid/simulation_tests.h"
 
 #include "raid/virtual_drives/virtual_drive_test.h"
 
@@ -42,6 +42,20 @@ Bytes simulated_virtual_drives(uint8_t before) {
          simulated_virtual_drive("GUID-1", "VirtDrive-1", before);
 }
 
+}  // namespace
+
+const SimulatedKind kSimulatedKind = {
+    .full = "mc_get_store_virtdrives",
+    .delta = "mc_delta_store_virtdrives",
+    .store = kVirtualDriveStore,
+    .file = virtual_drive_file({volume(0)}),
+    .reply = virtual_drive_reply({volume(0)}),
+    .quiet_delta = Bytes(),
+    .simulation = simulated_virtual_drives(kUntouched),
+};
+
+namespace {
+
 class VirtualDriveSimulation : public VirtualDriveTest {
  protected:
   VirtualDriveSimulation() { files.write_text(kSimulationMarker, ""); }
@@ -58,50 +72,6 @@ TEST_F(VirtualDriveSimulation, IsTwoDrives) {
   EXPECT_THAT(reply.requests, IsEmpty());
   EXPECT_EQ(trace(), "");
   EXPECT_THAT(system_log(), IsEmpty());
-}
-
-TEST_F(VirtualDriveSimulation, ReadsAndDumpsNothing) {
-  store({volume(0)});
-  files.write_text("/var/mctool_stordebug", "");
-  files.write_text("/var/mctool_vddebug", "");
-  forget_calls();
-
-  full();
-
-  EXPECT_THAT(calls(), ElementsAre("stat /debug/mctool_storage_debug"));
-}
-
-TEST_F(VirtualDriveSimulation, NeedsNoStoreFile) {
-  files.remove("/var/storctlr_info");
-
-  EXPECT_EQ(full().bytes(), simulated_virtual_drives(kUntouched));
-}
-
-TEST_F(VirtualDriveSimulation, EndsWithItsMarker) {
-  store({volume(0)});
-  full();
-  files.remove(kSimulationMarker);
-
-  EXPECT_EQ(full().bytes(), virtual_drive_reply({volume(0)}));
-}
-
-TEST_F(VirtualDriveSimulation, RemembersNothing) {
-  files.remove(kSimulationMarker);
-  remember({volume(0)});
-  files.write_text(kSimulationMarker, "");
-  full();
-  store({volume(1)}, 1000);
-
-  EXPECT_EQ(delta().length, 0u);
-  store({volume(0)}, 2000);
-  EXPECT_EQ(delta().length, 0u);
-}
-
-TEST_F(VirtualDriveSimulation, IsNotWhatADeltaReports) {
-  store({volume(0)});
-
-  EXPECT_EQ(delta().bytes(), virtual_drive_reply({volume(0)}));
-  EXPECT_EQ(number_of_calls("stat /debug/mctool_storage_debug"), 0);
 }
 
 // ----------------------------------------------------------------------------------------------------------- growth
