@@ -109,8 +109,7 @@ TEST_F(BbuInventory, IsFullForAnyFlagButOne) {
   }
 }
 
-// ------------------------------------------------------------------------------------------------------ size of the
-// file
+// --------------------------------------------------------------------------------------------------- size of the file
 
 TEST_F(BbuInventory, TheNumberIsTheSizeDividedByThatOfARecord) {
   store({bbu_of(4), bbu_of(5)});

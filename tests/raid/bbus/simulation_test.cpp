@@ -8,10 +8,8 @@
 namespace tests {
 namespace {
 
-using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
-using testing::Not;
 using testing::Values;
 
 constexpr char kSimulationMarker[] = "/debug/mctool_storage_debug";

@@ -15,8 +15,7 @@ using testing::IsEmpty;
 constexpr char kListMarker[] = "/var/mctool_ctlrdebug";
 constexpr char kListDump[] = "/var/mctool_ctlrdebug.txt";
 
-// ------------------------------------------------------------------------------------------------ the exported
-// function
+// ---------------------------------------------------------------------------------------------- the exported function
 
 class ControllerListDump : public ControllerTest {
  protected:

@@ -116,7 +116,8 @@ TEST_F(WrappedDriveReply, ThatEndsEarlyLeavesTheListsAsTheyWere) {
 
 TEST_F(WrappedDriveReply, HasRoomForItsHeader) {
   trace_at(3);
-  // As many drives as 32 bits take beside the headers; the start of one makes up for the rest, so that nothing is needed.
+  // As many drives as 32 bits take beside the headers; the start of one makes up for the rest, so that nothing is
+  // needed.
   constexpr uint64_t kAll = (uint64_t{1} << 32) - kDriveFileHeaderSize - kDriveHeaderSize;
   constexpr uint32_t kAnnounced = kAll / kDriveSize;
   constexpr uint32_t kRest = kAll % kDriveSize;

@@ -53,7 +53,8 @@ TEST_F(DriveDump, AFlagIsTrueWhenItIsAnythingButZero) {
 }
 
 TEST_F(DriveDump, ATextWithoutANulRunsIntoTheNextOne) {
-  const Bytes record = Bytes::repeated(kDriveSize, 0).put(67, Bytes().text("VENDORXXX", 9)).put(76, Bytes().text("F1", 5));
+  const Bytes record =
+      Bytes::repeated(kDriveSize, 0).put(67, Bytes().text("VENDORXXX", 9)).put(76, Bytes().text("F1", 5));
 
   EXPECT_THAT(text_of(record), HasSubstr("vendor = VENDORXXXF1\n"));
 }

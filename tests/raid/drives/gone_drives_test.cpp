@@ -170,9 +170,9 @@ TEST_F(AddDeletedDrives, CountsInTheOrderOfTheMachine) {
 
   PLUGIN(add_deleted_drives)(reply.data(), 1, cur.data(), 2, cached.data());
 
-  EXPECT_EQ(Bytes(reply),
-            start.put(5, little_endian().u16(2))
-                .put(drive_reply_size(1), gone_drive({.controller = 1, .slot = 2, .serial = "S"}, untouched_drive_slot())));
+  EXPECT_EQ(Bytes(reply), start.put(5, little_endian().u16(2))
+                              .put(drive_reply_size(1),
+                                   gone_drive({.controller = 1, .slot = 2, .serial = "S"}, untouched_drive_slot())));
 }
 
 TEST_F(AddDeletedDrives, LooksAtNoMoreEntriesThanItIsTold) {

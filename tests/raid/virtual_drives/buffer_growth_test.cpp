@@ -180,8 +180,7 @@ TEST_P(RefusedVirtualDriveReply, LeavesWhatIsRemembered) {
 INSTANTIATE_TEST_SUITE_P(, RefusedVirtualDriveReply,
                          Values(Growth::kRefuse, Growth::kGrantLess, Growth::kNull, Growth::kSayNothing));
 
-// ---------------------------------------------------------------------------------------- sizes that do not fit 32
-// bits
+// -------------------------------------------------------------------------------------- sizes that do not fit 32 bits
 
 class VirtualDriveFileBeyondAnyReply : public VirtualDriveTest, public testing::WithParamInterface<uint64_t> {};
 

@@ -152,8 +152,8 @@ Bytes converted(Bytes record) {
   const Bytes spare_in_big_endian = big_endian().u8(1).u8(2).u8(3).u64(0x0405060708).u64(0x090A0B0C0D).u8(4);
   for (size_t i = 0; i < record[kSpares - 1]; ++i) {
     const size_t place = kSpares + i * kSpareSize;
-    record.put(place, with_numbers_reversed(record.slice(place, kSpareSize), spare_in_little_endian,
-                                            spare_in_big_endian));
+    record.put(place,
+               with_numbers_reversed(record.slice(place, kSpareSize), spare_in_little_endian, spare_in_big_endian));
   }
   return record;
 }
