@@ -119,7 +119,8 @@ TEST_F(DecoderTest, TheCountIsThatOfAFileOfAnySize) {
 
 // The header takes part in the division: here it makes up for the byte that the second record lacks.
 TEST_F(DecoderTest, TheCountIsTheSizeDividedByTheRecords) {
-  store(kControllersDecoder, kControllersDecoder.file_of(1) + Bytes::repeated(1293, 0));
+  store(kControllersDecoder,
+        kControllersDecoder.file_of(1) + Bytes::repeated(kControllersDecoder.record.size() - 1, 0));
 
   decode(kControllersDecoder);
 

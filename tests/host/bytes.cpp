@@ -59,6 +59,23 @@ Bytes Bytes::slice(size_t offset, size_t count) const {
   return Bytes(std::vector<uint8_t>(first, first + static_cast<ptrdiff_t>(count)));
 }
 
+Bytes with_numbers_reversed(const Bytes &record, const Bytes &little_endian, const Bytes &big_endian) {
+  const auto reversed = [](const Bytes &bytes, size_t offset, size_t width) {
+    Bytes result;
+    for (size_t i = width; i > 0; --i) result.u8(bytes[offset + i - 1]);
+    return result;
+  };
+
+  Bytes result;
+  while (result.size() < record.size()) {
+    const size_t offset = result.size();
+    size_t width = 1;
+    while (reversed(little_endian, offset, width) != big_endian.slice(offset, width)) width *= 2;
+    result += reversed(record, offset, width);
+  }
+  return result;
+}
+
 void PrintTo(const Bytes &bytes, std::ostream *out) {
   const std::ios_base::fmtflags flags = out->flags();
   *out << bytes.size() << " bytes" << std::hex << std::setfill('0');

@@ -51,6 +51,10 @@ class Bytes {
   std::vector<uint8_t> bytes_;
 };
 
+// The record with the bytes of each number reversed. Which bytes are a number shows in a record that is written out in
+// both orders, and in which no number begins and ends with the same byte.
+Bytes with_numbers_reversed(const Bytes &record, const Bytes &little_endian, const Bytes &big_endian);
+
 // Lines of 16 bytes, each with its offset.
 void PrintTo(const Bytes &bytes, std::ostream *out);
 

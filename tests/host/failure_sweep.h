@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <ostream>
 #include <string>
+#include <tuple>
 
 #include "host/plugin_test.h"
 
@@ -31,15 +32,26 @@ enum class Extent { kOnce, kFromThereOn };
 inline void PrintTo(Extent extent, std::ostream *out) { *out << (extent == Extent::kOnce ? "once" : "from there on"); }
 
 // Which call is disturbed: the first of all, or one with something to compare.
-enum class Mode { kFirstFull, kFirstDelta, kFull, kDelta };
+enum class DisturbedCall { kFirstFull, kFirstDelta, kFull, kDelta };
 
-inline bool is_first(Mode mode) { return mode == Mode::kFirstFull || mode == Mode::kFirstDelta; }
-inline bool is_delta(Mode mode) { return mode == Mode::kFirstDelta || mode == Mode::kDelta; }
-
-inline void PrintTo(Mode mode, std::ostream *out) {
-  constexpr const char *kNames[] = {"first full", "first delta", "full", "delta"};
-  *out << kNames[static_cast<size_t>(mode)];
+inline bool is_first(DisturbedCall call) {
+  return call == DisturbedCall::kFirstFull || call == DisturbedCall::kFirstDelta;
 }
+inline bool is_delta(DisturbedCall call) { return call == DisturbedCall::kFirstDelta || call == DisturbedCall::kDelta; }
+
+inline void PrintTo(DisturbedCall call, std::ostream *out) {
+  constexpr const char *kNames[] = {"first full", "first delta", "full", "delta"};
+  *out << kNames[static_cast<size_t>(call)];
+}
+
+inline auto once_and_from_there_on() { return testing::Values(Extent::kOnce, Extent::kFromThereOn); }
+inline auto every_call() {
+  return testing::Values(DisturbedCall::kFirstFull, DisturbedCall::kFirstDelta, DisturbedCall::kFull,
+                         DisturbedCall::kDelta);
+}
+
+// What a sweep of retrievals is run for.
+using RetrievalSweep = testing::TestWithParam<std::tuple<Failure, DisturbedCall, Extent>>;
 
 // A host of its own for each call that is disturbed; `Base` is the kind's fixture.
 template <typename Base>
@@ -73,14 +85,14 @@ class SweepScene : public Base {
   bool is_disturbed_ = false;
 };
 
-// `mode` is what the scene is made with.
-template <typename Scene, typename Mode>
-void sweep(const Failure &failure, Extent extent, const Mode &mode) {
+// `setting` is what the scene is made with.
+template <typename Scene, typename Setting>
+void sweep(const Failure &failure, Extent extent, const Setting &setting) {
   int nth = 0;
   bool was_disturbed = true;
   while (was_disturbed && !testing::Test::HasFailure()) {
     SCOPED_TRACE("call " + std::to_string(++nth));
-    Scene scene(mode);
+    Scene scene(setting);
     was_disturbed = scene.disturb(failure, nth, extent);
     scene.expect_it_to_be_as_good_as_ever(failure);
   }

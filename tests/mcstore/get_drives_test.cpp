@@ -46,7 +46,7 @@ TEST_F(GetDrives, JsonHasRawValues) {
 }
 
 TEST_F(GetDrives, TableHasSizesAndTimesAsPeopleReadThem) {
-  store(Bytes::repeated(453, 0)
+  store(Bytes::repeated(kDriveSize, 0)
             .put(21, little_endian().u16(512).u64(1200243695616))
             .put(109, little_endian().u32(1772448300).u32(0xFFFFFFFF))
             .put(260, Bytes::hex("02 50 06 05 b0 0d 1e 2f a3"))
@@ -75,13 +75,21 @@ TEST_F(GetDrives, TellsASimulation) {
   EXPECT_EQ(json["records"][1]["enclosure_device_id"], 2);
 }
 
+// The drive is swapped as soon as the first call has told of it, a second before the next one.
 TEST_F(GetDrives, WatchReportsASwap) {
   files.write(kDriveStore, drive_file(1, {numbered_drive(0)}));
+  files.write("/swapped", drive_file(1, {{.serial = "SERIAL-1"}}), 2000);
+  const std::string watch = " watch drives --interval 1 --count 2 --root " + files.real("");
+  const std::string swap = "mv " + files.real("/swapped") + " " + files.real(kDriveStore);
 
-  EXPECT_EQ(mcstore_here("watch drives --interval 0 --count 2").out,
+  EXPECT_EQ(run(mcstore_command() + watch +
+                " | while read -r line; do echo \"$line\"; case $line in 'new '*SERIAL-0*) " + swap + ";; esac; done")
+                .out,
             "call 1: 1 new\n"
-            "  new       SERIAL-0 (controller_index 0, slot_num 0)\n"
-            "call 2: nothing changed\n");
+            "new       SERIAL-0 (controller_index 0, slot_num 0)\n"
+            "call 2: 1 new, 1 gone\n"
+            "new       SERIAL-1 (controller_index 0, slot_num 0)\n"
+            "gone      SERIAL-0 (controller_index 0, slot_num 0)\n");
 }
 
 }  // namespace

@@ -15,17 +15,18 @@ using testing::AnyOf;
 using testing::Combine;
 using testing::Values;
 
-struct Kind {
+// What is swept of a kind.
+struct EntryPoints {
   const char *full;
   const char *event;
   bool has_drives;
 };
-void PrintTo(const Kind &kind, std::ostream *out) { *out << kind.event; }
+void PrintTo(const EntryPoints &kind, std::ostream *out) { *out << kind.event; }
 
 // A host of its own for each call that is disturbed: one device stays, one is modified, one is gone, three are new.
 class Scene : public SweepScene<PluginTest> {
  public:
-  explicit Scene(const Kind &kind) : kind_(kind) {
+  explicit Scene(const EntryPoints &kind) : kind_(kind) {
     trace_at(3);
     store({"A", "B", "C"}, 1, kAuxPower, 1000);
     call(kind_.full);
@@ -68,29 +69,28 @@ class Scene : public SweepScene<PluginTest> {
     files.write(kNvmeDriveStore, nvme_drive_file(state, drives), modified);
   }
 
-  const Kind kind_;
+  const EntryPoints kind_;
 };
 
-class NvmeFailureSweep : public testing::TestWithParam<std::tuple<Failure, Kind, Extent>> {};
+class NvmeFailureSweep : public testing::TestWithParam<std::tuple<Failure, EntryPoints, Extent>> {};
 
 TEST_P(NvmeFailureSweep, LeavesNothingBehindWhicheverCallFails) {
   const auto &[failure, kind, extent] = GetParam();
   sweep<Scene>(failure, extent, kind);
 }
 
-const auto kExtents = Values(Extent::kOnce, Extent::kFromThereOn);
-const Kind kControllers = {"mc_get_nvme_controller", "mc_event_nvme_controller", false};
-const Kind kDrives = {"mc_get_nvme_phy_drive", "mc_event_nvme_phy_drive", true};
+const EntryPoints kControllers = {"mc_get_nvme_controller", "mc_event_nvme_controller", false};
+const EntryPoints kDrives = {"mc_get_nvme_phy_drive", "mc_event_nvme_phy_drive", true};
 
 INSTANTIATE_TEST_SUITE_P(OfAnyCall, NvmeFailureSweep,
                          Combine(Values(failure("fopen", ENOENT), failure("fopen", EMFILE), failure("fclose", EIO),
                                         failure("fread", EIO), failure("fileno", EBADF), failure("flock", ENOLCK),
                                         failure("stat", EACCES), failure("realloc", ENOMEM), failure("calloc", ENOMEM),
                                         failure("ctime", EOVERFLOW)),
-                                 Values(kControllers, kDrives), kExtents));
+                                 Values(kControllers, kDrives), once_and_from_there_on()));
 
 INSTANTIATE_TEST_SUITE_P(OfAnImage, NvmeFailureSweep,
-                         Combine(Values(failure("malloc", ENOMEM)), Values(kControllers), kExtents));
+                         Combine(Values(failure("malloc", ENOMEM)), Values(kControllers), once_and_from_there_on()));
 
 }  // namespace
 }  // namespace tests

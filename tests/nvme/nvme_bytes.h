@@ -10,8 +10,10 @@ namespace tests {
 
 inline constexpr char kNvmeControllerStore[] = "/var/nvmectlr_info";
 inline constexpr char kNvmeDriveStore[] = "/var/nvmephydrive_info";
-inline constexpr size_t kNvmeControllerSize = 262;
-inline constexpr size_t kNvmeDriveSize = 356;
+inline constexpr uint32_t kNvmeControllerSize = 262;  // a record's; every other size follows from it
+inline constexpr uint32_t kNvmeDriveSize = 356;       // likewise
+inline constexpr uint32_t kNvmeControllerImageHeaderSize = 14;
+inline constexpr uint32_t kNvmeDriveImageHeaderSize = 18;
 
 struct NvmeController {
   std::string name = "NVME-C1";
@@ -156,13 +158,13 @@ inline Bytes nvme_drive_file(uint8_t state, const std::vector<NvmeDrive> &drives
 }
 
 inline Bytes nvme_controller_image(uint8_t state, const std::vector<Bytes> &records) {
-  Bytes image = little_endian().u8(state).u8(records.size()).u32(262).fill(8, 0);
+  Bytes image = little_endian().u8(state).u8(records.size()).u32(kNvmeControllerSize).fill(8, 0);
   for (const Bytes &record : records) image += record;
   return image;
 }
 
 inline Bytes nvme_drive_image(uint8_t state, const std::vector<Bytes> &records) {
-  Bytes image = little_endian().u8(state).u8(1).u16(records.size()).u16(records.size()).u32(356).fill(8, 0);
+  Bytes image = little_endian().u8(state).u8(1).u16(records.size()).u16(records.size()).u32(kNvmeDriveSize).fill(8, 0);
   for (const Bytes &record : records) image += record;
   return image;
 }

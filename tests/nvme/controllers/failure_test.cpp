@@ -170,7 +170,7 @@ TEST_F(NvmeControllerFailures, EveryFailureOfTheLockClearsTheLength) {
 
 TEST_F(NvmeControllerFailures, AnImageBeyond32BitsIsNone) {
   store(kMainPower, {NvmeController()});
-  std::filesystem::resize_file(files.real(kNvmeControllerStore), (uint64_t{1} << 32) + 262);
+  std::filesystem::resize_file(files.real(kNvmeControllerStore), (uint64_t{1} << 32) + kNvmeControllerSize);
 
   EXPECT_EQ(full().status, 35);
   EXPECT_THAT(system_log(), ElementsAre("mcserver_nvme.cpp:639:Memory allocation failed"));
@@ -235,10 +235,10 @@ TEST_F(NvmeControllerFailures, ANullCurListStopsTheReadingToo) {
 }
 
 TEST_F(NvmeControllerFailures, TheSizeOfTheListsIsThatOfTheFileInRecords) {
-  files.write(kNvmeControllerStore, Bytes().fill(261, 0));
+  files.write(kNvmeControllerStore, Bytes().fill(kNvmeControllerSize - 1, 0));
   full();
   EXPECT_EQ(std::count(calls().begin(), calls().end(), "realloc"), 0);
-  files.write(kNvmeControllerStore, Bytes().fill(262, 0));
+  files.write(kNvmeControllerStore, Bytes().fill(kNvmeControllerSize, 0));
   full();
 
   EXPECT_EQ(std::count(calls().begin(), calls().end(), "realloc"), 2);

@@ -152,10 +152,11 @@ TEST_F(NvmeDriveEvents, TheFileIsUnlockedBeforeTheTextIsMade) {
 
   full();
 
+  const std::string text = std::to_string((drive_summary(1) + NvmeDrive().xml()).size());
   EXPECT_THAT(calls(),
               ElementsAre("fopen /var/nvmectlr_info", "fileno", "flock 1", "stat /var/nvmectlr_info",
                           "stat /var/nvmephydrive_info", "fopen /var/nvmephydrive_info", "fread", "calloc", "fread",
-                          "fread", "memset_s 84", "flock 8", "fclose", "fclose", "calloc", "memcpy_s 529"));
+                          "fread", "memset_s 84", "flock 8", "fclose", "fclose", "calloc", "memcpy_s " + text));
 }
 
 TEST_F(NvmeDriveEvents, TheFirstEntryThatMatchesDecides) {
@@ -236,8 +237,8 @@ TEST_F(NvmeDriveEvents, APartialRecordIsNoErrorAndShowsUnderADeletedDrive) {
 }
 
 TEST_F(NvmeDriveEvents, TheCountOfAnImageWrapsAt65536) {
-  constexpr size_t header_size = 18;
-  std::vector<uint8_t> image(header_size + 65536 * kNvmeDriveSize);
+  constexpr size_t header_size = kNvmeDriveImageHeaderSize;
+  std::vector<uint8_t> image(header_size + 65536 * size_t{kNvmeDriveSize});
   image[4] = image[5] = 0xFF;
   NvmeDriveSummary gone[2] = {};
   gone[0].smbios_pcislotname[0] = 'A';
@@ -247,7 +248,7 @@ TEST_F(NvmeDriveEvents, TheCountOfAnImageWrapsAt65536) {
 
   EXPECT_EQ(image[4], 1);
   EXPECT_EQ(image[5], 0);
-  EXPECT_EQ(image[header_size + 65535 * kNvmeDriveSize], 'A');
+  EXPECT_EQ(image[header_size + 65535 * size_t{kNvmeDriveSize}], 'A');
   EXPECT_EQ(image[header_size], 'B');
 }
 

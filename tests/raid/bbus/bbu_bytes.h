@@ -12,9 +12,12 @@ namespace tests {
 inline constexpr char kStorageLock[] = "/var/storctlr_info";
 inline constexpr char kBbuStore[] = "/var/storBBU_info";
 inline constexpr char kFlashModuleImage[] = "/var/log/TFM_FRU.bin";
-inline constexpr size_t kBbuSize = 161;
-inline constexpr size_t kBbuHeaderSize = 17;
+inline constexpr uint32_t kBbuSize = 161;  // a record's; every other size follows from it
+inline constexpr uint32_t kBbuHeaderSize = 17;
 inline constexpr size_t kImageSize = 128;
+
+// The length of a reply, which is also what a file of so many records needs.
+constexpr uint32_t bbu_reply_size(size_t records) { return static_cast<uint32_t>(kBbuHeaderSize + records * kBbuSize); }
 
 // What most tests care about; the other bytes are zero.
 struct Bbu {
@@ -68,7 +71,7 @@ inline Bytes bbu_file(const std::vector<Bbu> &bbus) {
 
 // A reply's first 17 bytes; the last eight are not the plug-in's.
 inline Bytes bbu_header(uint8_t count, uint8_t untouched = 0xA5) {
-  return Bytes().u8(0x28).u8(0).u8(0).u8(count).u8(0).u8(0).u8(0).u8(0xA1).u8(0).fill(8, untouched);
+  return big_endian().u8(0x28).u8(0).u8(0).u8(count).u32(kBbuSize).u8(0).fill(8, untouched);
 }
 
 // A whole reply; `untouched` is what the buffer held.

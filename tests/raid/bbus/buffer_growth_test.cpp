@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include "host/refusal.h"
 #include "raid/bbus/bbu_test.h"
 
 namespace tests {
@@ -11,9 +12,12 @@ using testing::IsEmpty;
 using testing::Not;
 using testing::Values;
 
-// One record with the reply's header, and the room that is wished for when one is remembered.
-constexpr uint32_t kRoomForOne = 178;
-constexpr uint32_t kWishedForOne = 339;
+// What one record needs, and the room that is wished for when one is remembered.
+constexpr uint32_t kRoomForOne = bbu_reply_size(1);
+constexpr uint32_t kWishedForOne = bbu_reply_size(1 + 1);
+
+// What two need.
+constexpr uint32_t kRoomForTwo = bbu_reply_size(2);
 
 class BbuReplyGrowth : public BbuTest {
  protected:
@@ -57,13 +61,15 @@ TEST_F(BbuReplyGrowth, AnEmptyFileNeedsTheHeader) {
 }
 
 TEST_F(BbuReplyGrowth, CountsEveryByteOfTheFile) {
-  files.write(kBbuStore, Bytes::repeated(400, 0));
+  constexpr uint32_t kFileSize = 400;
+  constexpr uint32_t kNeeded = kFileSize + kBbuHeaderSize;
 
-  EXPECT_THAT(full({.size = 417}).requests, IsEmpty());
-  files.write(kBbuStore, Bytes::repeated(401, 0));
+  files.write(kBbuStore, Bytes::repeated(kFileSize, 0));
+  EXPECT_THAT(full({.size = kNeeded}).requests, IsEmpty());
+  files.write(kBbuStore, Bytes::repeated(kFileSize + 1, 0));
   unload();
   load();
-  EXPECT_THAT(full({.size = 417}).requests, ElementsAre(418));
+  EXPECT_THAT(full({.size = kNeeded}).requests, ElementsAre(kNeeded + 1));
 }
 
 TEST_F(BbuReplyGrowth, RememberedBbusCountAndAreAskedForInFullCalls) {
@@ -88,7 +94,7 @@ TEST_F(BbuReplyGrowth, CountsWhatThePreviousCallReadNotWhatItReported) {
   delta();
 
   store({bbu_of(0)}, 3000);
-  EXPECT_THAT(delta({.size = 1}).requests, ElementsAre(17 + 161 + 2 * 161));
+  EXPECT_THAT(delta({.size = 1}).requests, ElementsAre(bbu_reply_size(1 + 2)));
 }
 
 TEST_F(BbuReplyGrowth, AnUnchangedTimeAsksForNothing) {
@@ -107,14 +113,14 @@ TEST_P(GrantedToBbus, TheReplyLiesInWhatTheHostReturned) {
   const Reply reply = full({.size = 1, .growth = {GetParam()}});
 
   EXPECT_EQ(reply.status, 0);
-  EXPECT_THAT(reply.requests, ElementsAre(339));
+  EXPECT_THAT(reply.requests, ElementsAre(kRoomForTwo));
   EXPECT_EQ(reply.buffer, bbu_reply(bbus_below(2), kUntouchedAfterGrowth));
 }
 
 TEST_P(GrantedToBbus, TheReplyLiesThereEvenIfTheOldBufferWouldHaveDone) {
   remember({bbu_of(0)});
 
-  const Reply reply = full({.size = 300, .growth = {GetParam()}});
+  const Reply reply = full({.size = kWishedForOne - 39, .growth = {GetParam()}});
 
   EXPECT_EQ(reply.status, 0);
   EXPECT_THAT(reply.requests, ElementsAre(kWishedForOne));
@@ -131,11 +137,11 @@ TEST_P(RefusedToBbus, IsReplyTooLargeWithoutATrace) {
   store(bbus_below(2));
   trace_at(9);
 
-  const Reply reply = full({.size = 338, .growth = {GetParam()}});
+  const Reply reply = full({.size = kRoomForTwo - 1, .growth = {GetParam()}});
 
   EXPECT_EQ(reply.status, -13);
   EXPECT_EQ(reply.length, 0u);
-  EXPECT_THAT(reply.requests, ElementsAre(339));
+  EXPECT_THAT(reply.requests, ElementsAre(kRoomForTwo));
   EXPECT_EQ(trace(), "");
   EXPECT_THAT(system_log(), IsEmpty());
 }
@@ -143,7 +149,7 @@ TEST_P(RefusedToBbus, IsReplyTooLargeWithoutATrace) {
 TEST_P(RefusedToBbus, IsReplyTooLargeInADeltaToo) {
   store(bbus_below(2));
 
-  const Reply reply = delta({.size = 338, .growth = {GetParam()}});
+  const Reply reply = delta({.size = kRoomForTwo - 1, .growth = {GetParam()}});
 
   EXPECT_EQ(reply.status, -13);
   EXPECT_EQ(reply.length, 0u);
@@ -152,7 +158,7 @@ TEST_P(RefusedToBbus, IsReplyTooLargeInADeltaToo) {
 TEST_P(RefusedToBbus, ComesBeforeTheListsAreMade) {
   store(bbus_below(2));
 
-  full({.size = 338, .growth = {GetParam()}});
+  full({.size = kRoomForTwo - 1, .growth = {GetParam()}});
 
   EXPECT_THAT(calls(), Contains("flock 8"));
   EXPECT_THAT(calls(), Not(Contains("realloc")));
@@ -161,12 +167,12 @@ TEST_P(RefusedToBbus, ComesBeforeTheListsAreMade) {
 
 TEST_P(RefusedToBbus, MovesTheTime) {
   store(bbus_below(2));
-  full({.size = 338, .growth = {GetParam()}});
+  full({.size = kRoomForTwo - 1, .growth = {GetParam()}});
 
   EXPECT_EQ(delta().length, 0u);
 }
 
-INSTANTIATE_TEST_SUITE_P(, RefusedToBbus, Values(Growth::kRefuse, Growth::kGrantLess, Growth::kNull));
+INSTANTIATE_TEST_SUITE_P(, RefusedToBbus, every_refusal());
 
 // The room for what was remembered is wished for, not needed.
 class RefusedWhatBbusDoNotNeed : public BbuReplyGrowth,
@@ -216,7 +222,7 @@ TEST_F(BbuReplyGrowth, LessThanWasWishedForIsEnoughForTheFile) {
   const Reply reply = full({.size = kRoomForOne - 1, .growth = {Growth::kGrantLess}});
 
   EXPECT_EQ(reply.status, 0);
-  EXPECT_EQ(reply.buffer, bbu_reply({bbu_of(0)}, kUntouchedAfterGrowth).fill(160, kUntouchedAfterGrowth));
+  EXPECT_EQ(reply.buffer, bbu_reply({bbu_of(0)}, kUntouchedAfterGrowth).fill(kBbuSize - 1, kUntouchedAfterGrowth));
 }
 
 TEST_F(BbuReplyGrowth, LessThanWasWishedForIsTakenThoughTheOldBufferWouldHaveDone) {
@@ -225,7 +231,7 @@ TEST_F(BbuReplyGrowth, LessThanWasWishedForIsTakenThoughTheOldBufferWouldHaveDon
   const Reply reply = full({.size = kRoomForOne, .growth = {Growth::kGrantLess}});
 
   EXPECT_EQ(reply.status, 0);
-  EXPECT_EQ(reply.buffer, bbu_reply({bbu_of(0)}, kUntouchedAfterGrowth).fill(160, kUntouchedAfterGrowth));
+  EXPECT_EQ(reply.buffer, bbu_reply({bbu_of(0)}, kUntouchedAfterGrowth).fill(kBbuSize - 1, kUntouchedAfterGrowth));
 }
 
 // A host that gives another buffer, whatever its size, may have taken the old one back.

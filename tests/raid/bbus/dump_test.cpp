@@ -132,8 +132,8 @@ TEST_F(BbuDump, RunsOnFromATextThatFillsItsField) {
 TEST_F(BbuDump, RunsOnToTheEndOfTheRecordAndNoFurther) {
   const std::string text = text_of(Bytes::repeated(kBbuSize, 'x'));
 
-  EXPECT_THAT(text, HasSubstr("Device Name            = " + std::string(157, 'x') + "\n"));
-  EXPECT_THAT(text, HasSubstr("Module version         = " + std::string(126, 'x') + "\n"));
+  EXPECT_THAT(text, HasSubstr("Device Name            = " + std::string(kBbuSize - 4, 'x') + "\n"));
+  EXPECT_THAT(text, HasSubstr("Module version         = " + std::string(kBbuSize - 35, 'x') + "\n"));
 }
 
 // The record alone, so that a read beyond it is seen.
@@ -144,8 +144,8 @@ TEST_F(BbuDump, ReadsNothingBeyondTheRecord) {
   print(exactly.data(), nullptr);
   print_flash_module(exactly.data());
 
-  EXPECT_THAT(files.read(kRecordDump), HasSubstr("Device Name            = " + std::string(157, 'x') + "\n"));
-  EXPECT_THAT(files.read(kRecordDump), HasSubstr("TFM Revision  = " + std::string(16, 'x') + "\n"));
+  EXPECT_THAT(files.read(kRecordDump), HasSubstr("Device Name            = " + std::string(kBbuSize - 4, 'x') + "\n"));
+  EXPECT_THAT(files.read(kRecordDump), HasSubstr("TFM Revision  = " + std::string(kBbuSize - 145, 'x') + "\n"));
 }
 
 // ------------------------------------------------------------------------------------------------------ where it goes

@@ -5,7 +5,6 @@
 
 #include <cerrno>
 #include <string>
-#include <tuple>
 
 #include "host/failure_sweep.h"
 #include "raid/bbus/bbu_test.h"
@@ -21,12 +20,12 @@ using testing::Values;
 // A host of its own for each call that is disturbed.
 class Scene : public SweepScene<BbuTest> {
  public:
-  explicit Scene(Mode mode) : mode_(mode) {
+  explicit Scene(DisturbedCall disturbed) : disturbed_(disturbed) {
     files.write_text("/var/mctool_stordebug", "");
     files.write_text("/var/mctool_bbudebug", "");
     files.write(kFlashModuleImage, flash_module_image());
     trace_at(3);
-    if (!is_first(mode)) remember(before());
+    if (!is_first(disturbed)) remember(before());
     store(after(), 2000);
   }
 
@@ -34,10 +33,10 @@ class Scene : public SweepScene<BbuTest> {
   bool disturb(const Failure &failure, int nth, Extent extent) {
     const CallOptions options = {.size = 17, .growth = {Growth::kMove}};
     return disturb_during(failure, nth, extent, [&] {
-      const Reply reply = is_delta(mode_) ? delta(options) : full(options);
+      const Reply reply = is_delta(disturbed_) ? delta(options) : full(options);
 
       EXPECT_THAT(reply.status, AnyOf(0, -13, -35, -37));
-      EXPECT_EQ(reply.length, reply.status == 0 ? 17u + 161u * reply.buffer[3] : 0u);
+      EXPECT_EQ(reply.length, reply.status == 0 ? bbu_reply_size(reply.buffer[3]) : 0u);
     });
   }
 
@@ -65,17 +64,15 @@ class Scene : public SweepScene<BbuTest> {
   static std::vector<Bbu> before() { return {bbu_of(0), bbu_of(1)}; }
   static std::vector<Bbu> after() { return {bbu_of(1, 2), bbu_of(2), bbu_of(3)}; }
 
-  const Mode mode_;
+  const DisturbedCall disturbed_;
 };
 
-class BbuFailureSweep : public testing::TestWithParam<std::tuple<Failure, Mode, Extent>> {};
+class BbuFailureSweep : public RetrievalSweep {};
 
 TEST_P(BbuFailureSweep, LeavesNothingBehindWhicheverCallFails) {
-  const auto &[failure, mode, extent] = GetParam();
-  sweep<Scene>(failure, extent, mode);
+  const auto &[failure, disturbed, extent] = GetParam();
+  sweep<Scene>(failure, extent, disturbed);
 }
-
-const auto kExtents = Values(Extent::kOnce, Extent::kFromThereOn);
 
 INSTANTIATE_TEST_SUITE_P(OfAnyCall, BbuFailureSweep,
                          Combine(Values(failure("fopen", ENOENT), failure("fopen", EMFILE), failure("fclose", EIO),
@@ -84,15 +81,17 @@ INSTANTIATE_TEST_SUITE_P(OfAnyCall, BbuFailureSweep,
                                         failure("realloc", ENOMEM),
                                         Failure{"realloc", {.fails = false, .error = ENOMEM}},
                                         Failure{"realloc", {.fails = true, .error = 0}}),
-                                 Values(Mode::kFirstFull, Mode::kFirstDelta, Mode::kFull, Mode::kDelta), kExtents));
+                                 every_call(), once_and_from_there_on()));
 
 // There are more than a hundred of them, each like the other, so one pass over them will do.
 INSTANTIATE_TEST_SUITE_P(OfAnyPrint, BbuFailureSweep,
-                         Combine(Values(failure("fprintf", ENOSPC)), Values(Mode::kFirstFull), Values(Extent::kOnce)));
+                         Combine(Values(failure("fprintf", ENOSPC)), Values(DisturbedCall::kFirstFull),
+                                 Values(Extent::kOnce)));
 
 // The index of what was remembered is the only memory beside the lists; a delta does without it.
 INSTANTIATE_TEST_SUITE_P(OfADelta, BbuFailureSweep,
-                         Combine(Values(failure("malloc", ENOMEM)), Values(Mode::kDelta), kExtents));
+                         Combine(Values(failure("malloc", ENOMEM)), Values(DisturbedCall::kDelta),
+                                 once_and_from_there_on()));
 
 }  // namespace
 }  // namespace tests

@@ -25,8 +25,9 @@ TEST_F(BbuInventory, IsAHeaderAndBigEndianRecords) {
   const Reply reply = full();
 
   EXPECT_EQ(reply.status, 0);
-  EXPECT_EQ(reply.length, 178u);
-  EXPECT_EQ(reply.bytes().slice(0, 17), Bytes::hex("28 00 00 01 00 00 00 A1 00 A5 A5 A5 A5 A5 A5 A5 A5"));
+  EXPECT_EQ(reply.length, bbu_reply_size(1));
+  EXPECT_EQ(reply.bytes().slice(0, 17),
+            Bytes::hex("28 00 00 01") + big_endian().u32(kBbuSize) + Bytes::hex("00 A5 A5 A5 A5 A5 A5 A5 A5"));
   EXPECT_EQ(slot(reply, 0).slice(43, 2), Bytes::hex("01 02"));
   EXPECT_EQ(slot(reply, 0).slice(85, 4), Bytes::hex("01 02 03 04"));
 }
@@ -86,7 +87,7 @@ TEST_F(BbuInventory, ReportsTwoOfTheSameController) {
 TEST_F(BbuInventory, WhatLiesBehindTheReplyIsNotTouched) {
   store({bbu_of(0)});
 
-  EXPECT_EQ(full({.size = 1000}).buffer, bbu_reply({bbu_of(0)}).fill(1000 - 178, 0xA5));
+  EXPECT_EQ(full({.size = 1000}).buffer, bbu_reply({bbu_of(0)}).fill(1000 - bbu_reply_size(1), 0xA5));
 }
 
 TEST_F(BbuInventory, ComesAgainThoughNothingChanged) {
@@ -103,17 +104,16 @@ TEST_F(BbuInventory, IsFullForAnyFlagButOne) {
     uint32_t length = kUnwrittenLength;
 
     EXPECT_EQ(PLUGIN(get_store_bbu)(nullptr, buffer.bytes(), buffer.size(), &length, flag), 0) << flag;
-    EXPECT_EQ(length, 17u + 2 * 161) << flag;
+    EXPECT_EQ(length, bbu_reply_size(2)) << flag;
     EXPECT_EQ(Bytes(std::vector<uint8_t>(buffer.bytes(), buffer.bytes() + length)), bbu_reply(bbus_below(2))) << flag;
   }
 }
 
-// ------------------------------------------------------------------------------------------------------ size of the
-// file
+// --------------------------------------------------------------------------------------------------- size of the file
 
 TEST_F(BbuInventory, TheNumberIsTheSizeDividedByThatOfARecord) {
   store({bbu_of(4), bbu_of(5)});
-  EXPECT_EQ(files.read(kBbuStore).size(), 322u);
+  EXPECT_EQ(files.read(kBbuStore).size(), 2 * kBbuSize);
 
   EXPECT_EQ(full().bytes(), bbu_reply({bbu_of(4), bbu_of(5)}));
 }
@@ -126,7 +126,7 @@ TEST_F(BbuInventory, APartialRecordAtTheEndIsLeftInItsSlotAndNotReported) {
 
   EXPECT_EQ(reply.status, 0);
   EXPECT_EQ(reply.bytes(), bbu_reply({bbu_of(4), bbu_of(5)}));
-  EXPECT_EQ(slot(reply, 2), Bytes::repeated(78, 0x77).fill(83, 0xA5));
+  EXPECT_EQ(slot(reply, 2), Bytes::repeated(78, 0x77).fill(kBbuSize - 78, 0xA5));
   EXPECT_EQ(trace(), "");
 }
 

@@ -8,6 +8,7 @@
 #include <stdexcept>
 
 #include "raid/bbus/bbu_test.h"
+#include "raid/bbus/full_record.h"
 
 namespace tests {
 namespace {
@@ -43,7 +44,7 @@ TEST_F(HostileBbuFiles, AFileThatGrowsIsReadToTheSizeItHad) {
   trace_at(3);
   before_call("fread", 1, [this] { append(bbu_file(bbus_below(200))); });
 
-  const Reply reply = full({.size = 178, .growth = {Growth::kRefuse}});
+  const Reply reply = full({.size = bbu_reply_size(1), .growth = {Growth::kRefuse}});
 
   EXPECT_EQ(reply.status, 0);
   EXPECT_EQ(reply.bytes(), bbu_reply({bbu_of(0)}));
@@ -55,7 +56,7 @@ TEST_F(HostileBbuFiles, AFileThatGrowsAfterEachReadIsReadToTheSizeItHad) {
   trace_at(3);
   for (int read = 1; read < 12; ++read) before_call("fread", read, [this] { append(bbu_of(99).stored()); });
 
-  const Reply reply = full({.size = 17 + 10 * 161, .growth = {Growth::kRefuse}});
+  const Reply reply = full({.size = bbu_reply_size(10), .growth = {Growth::kRefuse}});
 
   EXPECT_EQ(reply.bytes(), bbu_reply(bbus_below(10)));
   EXPECT_EQ(trace(), "");
@@ -77,12 +78,12 @@ TEST_F(HostileBbuFiles, AnEmptyFileThatGrowsIsAHeaderAloneWithoutATrace) {
 TEST_F(HostileBbuFiles, APartialRecordThatIsCompletedMeanwhileStaysPartial) {
   const Bytes second = bbu_of(1).stored();
   files.write(kBbuStore, bbu_of(0).stored() + second.slice(0, 100));
-  before_call("fread", 1, [&] { append(second.slice(100, 61)); });
+  before_call("fread", 1, [&] { append(second.slice(100, kBbuSize - 100)); });
 
   const Reply reply = full();
 
   EXPECT_EQ(reply.bytes(), bbu_reply({bbu_of(0)}));
-  EXPECT_EQ(slot(reply, 1), second.slice(0, 100).fill(61, 0xA5));
+  EXPECT_EQ(slot(reply, 1), second.slice(0, 100).fill(kBbuSize - 100, 0xA5));
 }
 
 TEST_F(HostileBbuFiles, WhatGrewIsNewToTheNextDelta) {
@@ -134,7 +135,7 @@ TEST_F(HostileBbuFiles, AFileReplacedByALongerOneIsReadToTheSizeOfTheFirst) {
   store({bbu_of(0)});
   before_call("fopen", 2, [this] { store(bbus_below(9)); });
 
-  EXPECT_EQ(full({.size = 178, .growth = {Growth::kRefuse}}).bytes(), bbu_reply({bbu_of(0)}));
+  EXPECT_EQ(full({.size = bbu_reply_size(1), .growth = {Growth::kRefuse}}).bytes(), bbu_reply({bbu_of(0)}));
 }
 
 TEST_F(HostileBbuFiles, AFileReplacedByAShorterOneEndsWhereItEnds) {
@@ -157,20 +158,10 @@ TEST_F(HostileBbuFiles, ADirectoryIsAReadError) {
 
 // ---------------------------------------------------------------------------------------------------------- content
 
-// What the conversion makes of any 161 bytes.
-Bytes converted(Bytes record) {
-  const auto reverse = [&record](size_t offset, size_t width) {
-    Bytes reversed;
-    for (size_t i = width; i > 0; --i) reversed.u8(record[offset + i - 1]);
-    record.put(offset, reversed);
-  };
-  for (const size_t offset : {43u, 46u, 48u, 50u}) reverse(offset, 2);
-  for (const size_t offset : {59u, 63u, 68u, 85u}) reverse(offset, 4);
-  if (record[72] != 0)
-    for (const size_t offset : {74u, 76u}) reverse(offset, 2);
-  else
-    for (const size_t offset : {77u, 79u, 83u}) reverse(offset, 2);
-  return record;
+// What the conversion makes of any bytes.
+Bytes converted(const Bytes &record) {
+  const auto full_record = record[72] != 0 ? full_capacitor_record : full_battery_record;
+  return with_numbers_reversed(record, full_record(Bytes::Order::kLittle), full_record(Bytes::Order::kBig));
 }
 
 TEST_F(HostileBbuFiles, TextsWithoutANulChangeNothing) {
@@ -202,7 +193,7 @@ TEST_P(GarbageInBbuFiles, IsAnsweredByteForByte) {
     const Reply whole = full();
 
     ASSERT_EQ(change.status, 0);
-    ASSERT_EQ(change.length, 17u + 161u * change.buffer[3]);
+    ASSERT_EQ(change.length, bbu_reply_size(change.buffer[3]));
     ASSERT_EQ(whole.status, 0);
     Bytes expected = bbu_header(static_cast<uint8_t>(records));
     for (size_t i = 0; i < records; ++i)

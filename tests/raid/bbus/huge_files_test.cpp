@@ -37,8 +37,8 @@ TEST_P(BbuFileBeyondAnyReply, MovesTheTimeAsAnyRefusalDoes) {
 
 // The low halves of most of these sizes would fit, with and without the header.
 INSTANTIATE_TEST_SUITE_P(, BbuFileBeyondAnyReply,
-                         Values(0xFFFFFFEFu, 0xFFFFFFFFu, 0x100000000u, 0x1000000A1u, 0x180000000u, 0x1FFFFFFEFu,
-                                0x20000FFEFu));
+                         Values(0xFFFFFFEFu, 0xFFFFFFFFu, 0x100000000u, 0x100000000u + kBbuSize, 0x180000000u,
+                                0x1FFFFFFEFu, 0x20000FFEFu));
 
 class HugeBbuFiles : public BbuTest {};
 
@@ -51,7 +51,8 @@ TEST_F(HugeBbuFiles, TheLargestThatFitsIsAskedFor) {
   EXPECT_THAT(reply.requests, ElementsAre(0xFFFFFFFF));
 }
 
-// With the remembered one, the size that is wished for is 160 modulo 2 to the 32nd: the buffer seems to hold that.
+// With the remembered one, what is wished for is a byte less than a record modulo 2 to the 32nd: the buffer seems to
+// hold that.
 TEST_F(HugeBbuFiles, OneTheBufferDoesNotHoldIsRefusedThoughTheWishWrapped) {
   remember({bbu_of(0)});
   store_sparse(0xFFFFFFEE, 2000);

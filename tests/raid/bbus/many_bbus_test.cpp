@@ -18,7 +18,7 @@ TEST_P(SoManyBbus, FillTheSlotsAndWrapTheCount) {
   const std::vector<Bbu> bbus = bbus_below(GetParam());
   store(bbus);
   const auto count = static_cast<uint8_t>(GetParam());
-  const auto room = static_cast<uint32_t>(17 + 161 * bbus.size());
+  const uint32_t room = bbu_reply_size(bbus.size());
   Bytes expected = bbu_header(count).fill(room - kBbuHeaderSize, 0xA5);
   for (size_t number = 0; number < bbus.size(); ++number)
     expected.put(kBbuHeaderSize + kBbuSize * (number % 256), bbus[number].reported());
@@ -26,7 +26,7 @@ TEST_P(SoManyBbus, FillTheSlotsAndWrapTheCount) {
   const Reply reply = full({.size = room, .growth = {Growth::kRefuse}});
 
   EXPECT_EQ(reply.status, 0);
-  EXPECT_EQ(reply.length, 17u + 161u * count);
+  EXPECT_EQ(reply.length, bbu_reply_size(count));
   EXPECT_TRUE(reply.buffer == expected);
 }
 
@@ -55,7 +55,7 @@ class VeryManyBbus : public BbuTest, public testing::WithParamInterface<size_t> 
     std::ofstream file(files.real(kBbuStore), std::ios::binary | std::ios::app);
     file.write(reinterpret_cast<const char *>(last.data()), kBbuSize);
   }
-  uint32_t room() const { return static_cast<uint32_t>(17 + GetParam() * kBbuSize); }
+  uint32_t room() const { return bbu_reply_size(GetParam()); }
 };
 
 // Both counts wrap, that of the reply after 255 and that of the list after 65535. In the list, too, the later ones are
@@ -66,14 +66,14 @@ TEST_P(VeryManyBbus, WrapTheCountTheSlotsAndTheList) {
   const Reply reply = full({.size = room(), .growth = {Growth::kRefuse}});
 
   EXPECT_EQ(reply.status, 0);
-  EXPECT_EQ(reply.length, 17u + 161u * (GetParam() % 256));
+  EXPECT_EQ(reply.length, bbu_reply_size(GetParam() % 256));
   EXPECT_EQ(reply.buffer.slice(0, 17), bbu_header(static_cast<uint8_t>(GetParam())));
   EXPECT_EQ(slot(reply, (GetParam() - 1) % 256), bbu_of(kLast).reported());
   EXPECT_EQ(slot(reply, GetParam() % 256), Bytes::repeated(kBbuSize, 0));
   EXPECT_EQ(slot(reply, 256), untouched_bbu_slot());
 
   const size_t remembered = GetParam() % 65536;
-  const auto wished_for = static_cast<uint32_t>(17 + (2 + remembered) * 161);
+  const uint32_t wished_for = bbu_reply_size(2 + remembered);
   files.write(kBbuStore, Bytes::repeated(kBbuSize, 0) + bbu_of(kLast).stored(), 2000);
   const Reply change = delta({.size = wished_for - 1});
 

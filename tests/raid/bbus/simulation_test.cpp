@@ -1,20 +1,19 @@
-#include <gmock/gmock.h>
+#include "raid/simulation_tests.h"
 
 #include <vector>
 
+#include "host/refusal.h"
 #include "raid/bbus/bbu_test.h"
-#include "raid/raid_names.h"
 
 namespace tests {
 namespace {
 
-using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
-using testing::Not;
 using testing::Values;
 
-constexpr uint32_t kSimulatedSize = 339;
+constexpr char kSimulationMarker[] = "/debug/mctool_storage_debug";
+constexpr uint32_t kSimulatedSize = bbu_reply_size(2);
 
 // What is not named here stays as the buffer held it: the texts behind their terminators, and everything from byte 85
 // on; of the capacitor also its six unused bytes.
@@ -43,12 +42,28 @@ Bytes simulated_capacitor(const Bytes &record) {
 
 // The simulated reply over what the buffer held. The record size is little-endian, too.
 Bytes simulated_reply(Bytes buffer) {
-  return buffer.put(0, Bytes::hex("28 00 01 02 A1 00 00 00 00"))
-      .put(17, simulated_battery(buffer.slice(17, 161)))
-      .put(178, simulated_capacitor(buffer.slice(178, 161)));
+  constexpr uint32_t kFirst = bbu_reply_size(0);
+  constexpr uint32_t kSecond = bbu_reply_size(1);
+  return buffer.put(0, Bytes::hex("28 00 01 02") + little_endian().u32(kBbuSize).u8(0))
+      .put(kFirst, simulated_battery(buffer.slice(kFirst, kBbuSize)))
+      .put(kSecond, simulated_capacitor(buffer.slice(kSecond, kBbuSize)));
 }
 
 Bytes simulated_reply() { return simulated_reply(Bytes::repeated(kSimulatedSize, kUntouched)); }
+
+}  // namespace
+
+const SimulatedKind kSimulatedKind = {
+    .full = "mc_get_store_bbu",
+    .delta = "mc_delta_store_bbu",
+    .store = kBbuStore,
+    .file = bbu_file({bbu_of(0)}),
+    .reply = bbu_reply({bbu_of(0)}),
+    .quiet_delta = bbu_header(0),
+    .simulation = simulated_reply(),
+};
+
+namespace {
 
 class BbuSimulation : public BbuTest {
  protected:
@@ -78,8 +93,9 @@ TEST_F(BbuSimulation, HasAHeaderOfItsOwn) {
 
   const Reply real = full();
 
-  EXPECT_EQ(simulated.bytes().slice(0, 17), Bytes::hex("28 00 01 02 A1 00 00 00 00 A5 A5 A5 A5 A5 A5 A5 A5"));
-  EXPECT_EQ(real.bytes().slice(0, 17), Bytes::hex("28 00 00 02 00 00 00 A1 00 A5 A5 A5 A5 A5 A5 A5 A5"));
+  const Bytes end = Bytes::hex("00 A5 A5 A5 A5 A5 A5 A5 A5");
+  EXPECT_EQ(simulated.bytes().slice(0, 17), Bytes::hex("28 00 01 02") + little_endian().u32(kBbuSize) + end);
+  EXPECT_EQ(real.bytes().slice(0, 17), Bytes::hex("28 00 00 02") + big_endian().u32(kBbuSize) + end);
 }
 
 TEST_F(BbuSimulation, LeavesTheTimeStampAndTheFlashModulesTextsUnwritten) {
@@ -87,53 +103,12 @@ TEST_F(BbuSimulation, LeavesTheTimeStampAndTheFlashModulesTextsUnwritten) {
 
   const Reply reply = full();
 
-  EXPECT_EQ(slot(reply, 0).slice(85, 76), Bytes::repeated(76, kUntouched));
-  EXPECT_EQ(slot(reply, 1).slice(79, 82), Bytes::repeated(82, kUntouched));
+  EXPECT_EQ(slot(reply, 0).slice(85, kBbuSize - 85), Bytes::repeated(kBbuSize - 85, kUntouched));
+  EXPECT_EQ(slot(reply, 1).slice(79, kBbuSize - 79), Bytes::repeated(kBbuSize - 79, kUntouched));
 }
 
 TEST_F(BbuSimulation, DoesNotTouchWhatLiesBehindIt) {
   EXPECT_EQ(full({.size = 1000}).buffer, simulated_reply() + Bytes::repeated(1000 - kSimulatedSize, kUntouched));
-}
-
-TEST_F(BbuSimulation, ReadsNoFileAndDumpsNothing) {
-  store({bbu_of(0)});
-  files.write(kFlashModuleImage, flash_module_image());
-  files.write_text("/var/mctool_stordebug", "");
-  files.write_text("/var/mctool_bbudebug", "");
-
-  full();
-
-  EXPECT_THAT(calls(), ElementsAre("stat /debug/mctool_storage_debug"));
-}
-
-TEST_F(BbuSimulation, NeedsNoStoreFileAndNoLock) {
-  files.remove(kStorageLock);
-
-  const Reply reply = full();
-
-  EXPECT_EQ(reply.status, 0);
-  EXPECT_EQ(reply.bytes(), simulated_reply());
-}
-
-TEST_F(BbuSimulation, LastsAsLongAsItsMarker) {
-  store({bbu_of(0)});
-  const Reply first = full();
-  files.remove(kSimulationMarker);
-  const Reply without_marker = full();
-  files.write_text(kSimulationMarker, "");
-
-  const Reply again = full();
-
-  EXPECT_EQ(first.bytes(), simulated_reply());
-  EXPECT_EQ(without_marker.bytes(), bbu_reply({bbu_of(0)}));
-  EXPECT_EQ(again.bytes(), simulated_reply());
-}
-
-TEST_F(BbuSimulation, IsNeverADelta) {
-  store({bbu_of(0)});
-
-  EXPECT_EQ(delta().bytes(), bbu_reply({bbu_of(0)}));
-  EXPECT_THAT(calls(), Not(Contains("stat /debug/mctool_storage_debug")));
 }
 
 // ------------------------------------------------------------------------------------------------------ growth
@@ -159,33 +134,23 @@ TEST_P(BbuSimulationGranted, LiesInWhatTheHostReturned) {
 
 INSTANTIATE_TEST_SUITE_P(, BbuSimulationGranted, Values(Growth::kInPlace, Growth::kMove, Growth::kSayNothing));
 
-struct SimulationRefusal {
-  Growth growth;
-  const char *size_in_the_trace;
-  Bytes buffer;
-};
-void PrintTo(const SimulationRefusal &refusal, std::ostream *out) { PrintTo(refusal.growth, out); }
-
-class BbuSimulationRefused : public BbuSimulation, public testing::WithParamInterface<SimulationRefusal> {};
+class BbuSimulationRefused : public BbuSimulation, public testing::WithParamInterface<Growth> {};
 
 TEST_P(BbuSimulationRefused, IsTooLargeForTheSizeThatWasWrittenBack) {
   trace_at(3);
 
-  const Reply reply = full({.size = 100, .growth = {GetParam().growth}});
+  const Reply reply = full({.size = 100, .growth = {GetParam()}});
 
   EXPECT_EQ(reply.status, -13);
   EXPECT_EQ(reply.length, 0u);
-  EXPECT_EQ(reply.buffer, GetParam().buffer);
+  EXPECT_EQ(reply.buffer, GetParam() == Growth::kGrantLess ? Bytes::repeated(kSimulatedSize - 1, kUntouchedAfterGrowth)
+                                                           : Bytes::repeated(100, kUntouched));
   EXPECT_THAT(reply.requests, ElementsAre(kSimulatedSize));
-  EXPECT_EQ(trace(), std::string("<mc_get_store_bbu: 2481> [mc_get_store_bbu]Data length(339) larger than ") +
-                         GetParam().size_in_the_trace + "\n");
+  EXPECT_EQ(trace(), "<mc_get_store_bbu: 2481> [mc_get_store_bbu]Data length(" + std::to_string(kSimulatedSize) +
+                         ") larger than " + std::to_string(size_after(GetParam(), 100, kSimulatedSize)) + "\n");
 }
 
-INSTANTIATE_TEST_SUITE_P(, BbuSimulationRefused,
-                         Values(SimulationRefusal{Growth::kRefuse, "100", Bytes::repeated(100, kUntouched)},
-                                SimulationRefusal{Growth::kGrantLess, "338",
-                                                  Bytes::repeated(338, kUntouchedAfterGrowth)},
-                                SimulationRefusal{Growth::kNull, "339", Bytes::repeated(100, kUntouched)}));
+INSTANTIATE_TEST_SUITE_P(, BbuSimulationRefused, every_refusal());
 
 // A host that looks at the length while it is asked for room.
 class CuriousHost : public host::ReplyOwner {

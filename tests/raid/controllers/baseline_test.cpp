@@ -13,13 +13,7 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class ControllerBaseline : public ControllerTest {
- protected:
-  void remember(const std::vector<Controller> &controllers) {
-    store(kReady, controllers);
-    full({.size = 1u << 20});
-  }
-};
+class ControllerBaseline : public ControllerTest {};
 
 TEST_F(ControllerBaseline, TheFirstOfTwoRecordsWithOneIdentityDecides) {
   remember({numbered(0, 2), numbered(0, 1)});
@@ -88,9 +82,9 @@ TEST_F(ControllerBaseline, ANullGrantIsARefusalThoughTheOldBufferWouldDo) {
   remember({numbered(0)});
   trace_at(3);
 
-  EXPECT_EQ(full({.size = 1313, .growth = {Growth::kNull}}).status, -13);
+  EXPECT_EQ(full({.size = controller_room(1), .growth = {Growth::kNull}}).status, -13);
 
-  EXPECT_EQ(trace(), too_large("1313"));
+  EXPECT_EQ(trace(), too_large(controller_room(1)));
 }
 
 TEST_F(ControllerBaseline, ABufferThatMovesForTheGoneKeepsWhatARecordLeft) {
@@ -112,7 +106,7 @@ TEST_F(ControllerBaseline, SizesAreUnsigned) {
     EXPECT_EQ(PLUGIN(mc_get_store_ctrls)(static_cast<host::ReplyOwner *>(&buffer), buffer.bytes(), size, &length), 0);
 
     EXPECT_THAT(buffer.requests(), IsEmpty());
-    EXPECT_EQ(length, 18u + 1294u);
+    EXPECT_EQ(length, controller_reply_size(1));
   }
 }
 
@@ -132,9 +126,9 @@ TEST_F(ControllerBaseline, OfVeryManyControllersNoneIsCompared) {
   remember({numbered(0)});
   constexpr size_t kCount = 65536;
   files.write(kControllerStore, Bytes().u8(kReady) + numbered(0).stored());
-  files.resize(kControllerStore, 1 + kCount * kControllerSize, 2000);
+  files.resize(kControllerStore, controller_file_size(kCount), 2000);
 
-  const Reply reply = delta({.size = 18 + 1 + (kCount + 1) * kControllerSize, .growth = {Growth::kRefuse}});
+  const Reply reply = delta({.size = controller_room(kCount + 1), .growth = {Growth::kRefuse}});
 
   // 65535 new ones without a name, and then the one that is still there.
   EXPECT_EQ(reply.status, 0);
@@ -154,6 +148,108 @@ TEST_F(ControllerBaseline, TheListsAreClearedByTheHost) {
   for (const std::string &call : calls())
     if (call.starts_with("memset_s")) cleared.push_back(call);
   EXPECT_THAT(cleared, ElementsAre("memset_s 192", "memset_s 128"));
+}
+
+// --------------------------------------------------------------------------------------- what a call leaves behind
+
+TEST_F(ControllerBaseline, AFullCallIsTheNewBaseline) {
+  remember({numbered(0), numbered(1)}, kNotReady);
+  store(kReady, {numbered(0, 2), numbered(2)}, 2000);
+  full();
+
+  EXPECT_EQ(delta().length, 0u);
+
+  store(kReady, {numbered(0, 2), numbered(2)}, 3000);
+  EXPECT_EQ(delta().bytes(), controller_header(kReady, 0));
+  EXPECT_THAT(system_log(), IsEmpty());
+}
+
+TEST_F(ControllerBaseline, AMissingFileLeavesTheBaseline) {
+  remember({numbered(0)});
+  files.remove(kControllerStore);
+  EXPECT_EQ(delta().status, -37);
+
+  store(kReady, {numbered(0)}, 1000);
+  EXPECT_EQ(delta().length, 0u);
+}
+
+TEST_F(ControllerBaseline, AFailedLockLeavesTheBaseline) {
+  remember({numbered(0), numbered(1)});
+  store(kReady, {numbered(0, 2), numbered(1)}, 2000);
+  fail("flock", 1, EINTR);
+  EXPECT_EQ(delta().status, -35);
+
+  EXPECT_EQ(delta().bytes(), controller_reply(kReady, {numbered(0, 2)}));
+}
+
+TEST_F(ControllerBaseline, AFailedFullCallLeavesTheBaselineToo) {
+  remember({numbered(0), numbered(1)});
+  store(kReady, {numbered(0, 2), numbered(1)}, 2000);
+  fail("fopen", 1, EACCES);
+  EXPECT_EQ(full().status, -35);
+
+  EXPECT_EQ(delta().bytes(), controller_reply(kReady, {numbered(0, 2)}));
+}
+
+TEST_F(ControllerBaseline, ARefusedGrowthMovesTheTimeAndNothingElse) {
+  remember({numbered(0), numbered(1)}, kNotReady);
+  store(kReady, {numbered(0, 2), numbered(1)}, 2000);
+  EXPECT_EQ(delta({.size = 8, .growth = {Growth::kRefuse}}).status, -13);
+
+  EXPECT_EQ(delta().length, 0u);
+  EXPECT_THAT(system_log(), IsEmpty());
+
+  store(kReady, {numbered(0, 2), numbered(1)}, 3000);
+  EXPECT_EQ(delta().bytes(), controller_reply(kReady, {numbered(0, 2)}));
+  EXPECT_THAT(system_log(), Contains(state_changed("prevState(1), newState(2), prevModTime(" + kTime2000 +
+                                                   "), curModTime(" + kTime3000 + ")")));
+}
+
+TEST_F(ControllerBaseline, ARefusedGrowthOfAFullCallMovesTheTimeToo) {
+  store(kReady, {numbered(0)});
+  EXPECT_EQ(full({.size = 8, .growth = {Growth::kRefuse}}).status, -13);
+
+  EXPECT_EQ(delta().length, 0u);
+}
+
+TEST_F(ControllerBaseline, AnUnreadableStateMovesTheTimeAndNothingElse) {
+  remember({numbered(0), numbered(1)}, kNotReady);
+  store(kReady, {numbered(0, 2), numbered(1)}, 2000);
+  fail("fread", 1, EIO);
+  const Reply failed = delta();
+  EXPECT_EQ(failed.status, -37);
+  EXPECT_EQ(failed.length, 0u);
+
+  EXPECT_EQ(delta().length, 0u);
+  EXPECT_THAT(system_log(), IsEmpty());
+
+  store(kReady, {numbered(0, 2), numbered(1)}, 3000);
+  EXPECT_EQ(delta().bytes(), controller_reply(kReady, {numbered(0, 2)}));
+  EXPECT_THAT(system_log(), Contains(state_changed("prevState(1), newState(2), prevModTime(" + kTime2000 +
+                                                   "), curModTime(" + kTime3000 + ")")));
+}
+
+TEST_F(ControllerBaseline, AnUnchangedStateMovesTheTimeAndLeavesTheList) {
+  remember({numbered(0), numbered(1)}, kNotReady);
+  store(kNotReady, {numbered(0, 2), numbered(1)}, 2000);
+  EXPECT_EQ(delta().length, 0u);
+
+  store(kReady, {numbered(0, 2), numbered(1)}, 3000);
+  EXPECT_EQ(delta().bytes(), controller_reply(kReady, {numbered(0, 2)}));
+  EXPECT_THAT(system_log(), Contains(state_changed("prevState(1), newState(2), prevModTime(" + kTime2000 +
+                                                   "), curModTime(" + kTime3000 + ")")));
+}
+
+TEST_F(ControllerBaseline, WhatAReadErrorHidIsGoneAndThenNew) {
+  remember({numbered(0), numbered(1)});
+  store(kReady, {numbered(0), numbered(1)}, 2000);
+  fail("fread", 3, EIO);
+  const Reply cut_short = delta();
+  EXPECT_EQ(cut_short.bytes(), controller_header(kReady, 1) + gone(numbered(1), numbered(0).stored()));
+  EXPECT_THAT(system_log(), ElementsAre(read_error("Input/output error")));
+
+  store(kReady, {numbered(0), numbered(1)}, 3000);
+  EXPECT_EQ(delta().bytes(), controller_reply(kReady, {numbered(1)}));
 }
 
 }  // namespace

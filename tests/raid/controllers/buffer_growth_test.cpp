@@ -1,7 +1,6 @@
 #include <gmock/gmock.h>
 
-#include "host/plugin_test.h"
-#include "raid/controllers/controller_bytes.h"
+#include "host/refusal.h"
 #include "raid/controllers/controller_test.h"
 
 namespace tests {
@@ -11,8 +10,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Values;
 
-// One record and the state: 1295 bytes. With the reply's header, 1313.
-constexpr uint32_t kRoomForOne = 1313;
+constexpr uint32_t kRoomForOne = controller_room(1);
 
 class ReplyBufferGrowth : public ControllerTest {
  protected:
@@ -70,17 +68,19 @@ TEST_F(ReplyBufferGrowth, AFileWithoutRecordsNeedsItsStateAndTheHeader) {
 TEST_F(ReplyBufferGrowth, RememberedControllersCountInFullCalls) {
   remember_one();
 
-  EXPECT_THAT(full({.size = kRoomForOne + 1294}).requests, IsEmpty());
-  EXPECT_THAT(full({.size = kRoomForOne + 1293, .growth = {Growth::kMove}}).requests, ElementsAre(kRoomForOne));
+  EXPECT_THAT(full({.size = kRoomForOne + kControllerSize}).requests, IsEmpty());
+  EXPECT_THAT(full({.size = kRoomForOne + kControllerSize - 1, .growth = {Growth::kMove}}).requests,
+              ElementsAre(kRoomForOne));
 }
 
 TEST_F(ReplyBufferGrowth, RememberedControllersCountInDeltaCalls) {
   remember_one();
 
   store(kReady, {numbered(0)}, 2000);
-  EXPECT_THAT(delta({.size = kRoomForOne + 1294}).requests, IsEmpty());
+  EXPECT_THAT(delta({.size = kRoomForOne + kControllerSize}).requests, IsEmpty());
   store(kReady, {numbered(0)}, 3000);
-  EXPECT_THAT(delta({.size = kRoomForOne + 1293, .growth = {Growth::kMove}}).requests, ElementsAre(kRoomForOne));
+  EXPECT_THAT(delta({.size = kRoomForOne + kControllerSize - 1, .growth = {Growth::kMove}}).requests,
+              ElementsAre(kRoomForOne));
 }
 
 TEST_F(ReplyBufferGrowth, AnUnchangedTimeAsksForNothing) {
@@ -99,7 +99,7 @@ TEST_F(ReplyBufferGrowth, IsAskedForBeforeTheStateIsRead) {
   EXPECT_EQ(unreadable.status, -37);
   EXPECT_THAT(unreadable.requests, ElementsAre(18));
   EXPECT_EQ(refused.status, -13);
-  EXPECT_EQ(trace(), too_large("18"));
+  EXPECT_EQ(trace(), too_large(18));
 }
 
 TEST_F(ReplyBufferGrowth, IsAskedForBeforeAnUnchangedStateEndsADelta) {
@@ -127,8 +127,8 @@ TEST_P(Granted, TheReplyLiesInWhatTheHostReturned) {
   const Reply reply = full({.size = 1, .growth = {GetParam()}});
 
   EXPECT_EQ(reply.status, 0);
-  EXPECT_THAT(reply.requests, ElementsAre(2607));
-  EXPECT_EQ(reply.length, 2606u);
+  EXPECT_THAT(reply.requests, ElementsAre(controller_room(2)));
+  EXPECT_EQ(reply.length, controller_reply_size(2));
   EXPECT_EQ(reply.buffer, controller_header(kReady, 2, kUntouchedAfterGrowth) + numbered(0).reported() +
                               numbered(1).reported() + Bytes().u8(kUntouchedAfterGrowth));
 }
@@ -145,8 +145,8 @@ TEST_P(Refused, IsReplyTooLarge) {
 
   EXPECT_EQ(reply.status, -13);
   EXPECT_EQ(reply.length, 0u);
-  EXPECT_THAT(reply.requests, ElementsAre(2607));
-  EXPECT_EQ(trace(), "<get_store_ctrls: 869> [get_store_ctrls]Data length(2607) larger than 65536\n");
+  EXPECT_THAT(reply.requests, ElementsAre(controller_room(2)));
+  EXPECT_EQ(trace(), too_large(controller_room(2)));
 }
 
 TEST_P(Refused, IsReplyTooLargeInADeltaToo) {
@@ -157,7 +157,7 @@ TEST_P(Refused, IsReplyTooLargeInADeltaToo) {
 
   EXPECT_EQ(reply.status, -13);
   EXPECT_EQ(reply.length, 0u);
-  EXPECT_EQ(trace(), too_large("2607"));
+  EXPECT_EQ(trace(), too_large(controller_room(2)));
 }
 
 TEST_P(Refused, CountsWithoutTheRememberedControllers) {
@@ -167,10 +167,10 @@ TEST_P(Refused, CountsWithoutTheRememberedControllers) {
   const Reply reply = full({.size = 100, .growth = {GetParam()}});
 
   EXPECT_EQ(reply.status, -13);
-  EXPECT_EQ(trace(), too_large("1313"));
+  EXPECT_EQ(trace(), too_large(kRoomForOne));
 }
 
-INSTANTIATE_TEST_SUITE_P(, Refused, Values(Growth::kRefuse, Growth::kGrantLess, Growth::kNull));
+INSTANTIATE_TEST_SUITE_P(, Refused, every_refusal());
 
 // The room for the gone ones was wished for, not asked for.
 TEST_F(ReplyBufferGrowth, ARefusalThatLeavesRoomForTheFileIsNone) {
@@ -212,7 +212,7 @@ TEST_F(ReplyBufferGrowth, ANullBufferThatTheHostReplacesWillDo) {
 
 struct HugeFile {
   uint64_t size;
-  const char *printed;
+  uint32_t traced;
 };
 void PrintTo(const HugeFile &file, std::ostream *out) { *out << file.size; }
 
@@ -227,7 +227,7 @@ TEST_P(BeyondAnyReply, IsRefusedAtOnceAndTheHostIsNotAsked) {
   EXPECT_EQ(reply.status, -13);
   EXPECT_EQ(reply.length, 0u);
   EXPECT_THAT(reply.requests, IsEmpty());
-  EXPECT_EQ(trace(), too_large(GetParam().printed));
+  EXPECT_EQ(trace(), too_large(GetParam().traced));
 }
 
 TEST_P(BeyondAnyReply, MovesTheTimeAsAnyRefusalDoes) {
@@ -239,9 +239,9 @@ TEST_P(BeyondAnyReply, MovesTheTimeAsAnyRefusalDoes) {
 }
 
 INSTANTIATE_TEST_SUITE_P(, BeyondAnyReply,
-                         Values(HugeFile{0xFFFFFFEEu, "0"}, HugeFile{0x100000000u, "18"}, HugeFile{0x100000005u, "23"},
-                                HugeFile{0x1FFFFFFEDu, "-1"}, HugeFile{0x1FFFFFFEEu, "0"},
-                                HugeFile{0x20000FFEEu, "65536"}));
+                         Values(HugeFile{0xFFFFFFEEu, 0}, HugeFile{0x100000000u, 18}, HugeFile{0x100000005u, 23},
+                                HugeFile{0x1FFFFFFEDu, 0xFFFFFFFF}, HugeFile{0x1FFFFFFEEu, 0},
+                                HugeFile{0x20000FFEEu, 65536}));
 
 TEST_F(ReplyBufferGrowth, TheLargestFileThatFitsIsAskedFor) {
   store_sparse(0xFFFFFFED);
@@ -251,7 +251,7 @@ TEST_F(ReplyBufferGrowth, TheLargestFileThatFitsIsAskedFor) {
 
   EXPECT_EQ(reply.status, -13);
   EXPECT_THAT(reply.requests, ElementsAre(0xFFFFFFFF));
-  EXPECT_EQ(trace(), too_large("-1"));
+  EXPECT_EQ(trace(), too_large(0xFFFFFFFF));
 }
 
 TEST_F(ReplyBufferGrowth, AFileThatFitsIsAskedForThoughTheRememberedControllersDoNot) {
@@ -263,7 +263,7 @@ TEST_F(ReplyBufferGrowth, AFileThatFitsIsAskedForThoughTheRememberedControllersD
 
   EXPECT_EQ(reply.status, -13);
   EXPECT_THAT(reply.requests, ElementsAre(0xFFFFFF12));
-  EXPECT_EQ(trace(), too_large("-238"));
+  EXPECT_EQ(trace(), too_large(0xFFFFFF12));
 }
 
 }  // namespace

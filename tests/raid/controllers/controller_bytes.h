@@ -9,8 +9,18 @@
 namespace tests {
 
 inline constexpr char kControllerStore[] = "/var/storctlr_info";
-inline constexpr size_t kControllerSize = 1294;
-inline constexpr size_t kControllerHeaderSize = 18;
+inline constexpr uint32_t kControllerSize = 1294;  // a record's; every other size follows from it
+inline constexpr uint32_t kControllerHeaderSize = 18;
+inline constexpr uint32_t kControllerFileHeaderSize = 1;
+
+constexpr uint32_t controller_reply_size(size_t records) {
+  return static_cast<uint32_t>(kControllerHeaderSize + records * kControllerSize);
+}
+constexpr uint32_t controller_file_size(size_t records) {
+  return static_cast<uint32_t>(kControllerFileHeaderSize + records * kControllerSize);
+}
+// The host is asked for the file and a header.
+constexpr uint32_t controller_room(size_t records) { return controller_file_size(records) + kControllerHeaderSize; }
 
 // What most tests care about; the other bytes are zero.
 struct Controller {
@@ -77,7 +87,7 @@ inline Bytes gone(const Controller &controller, Bytes slot) {
 
 // A reply's first 18 bytes; the last eight are not the plug-in's.
 inline Bytes controller_header(uint8_t state, uint8_t count, uint8_t untouched = 0xA5) {
-  return Bytes().u8(0x28).u8(0).u8(0).u8(state).u8(count).u8(0).u8(0).u8(0x05).u8(0x0E).u8(0).fill(8, untouched);
+  return big_endian().u8(0x28).u8(0).u8(0).u8(state).u8(count).u32(kControllerSize).u8(0).fill(8, untouched);
 }
 
 // A whole reply, in a buffer that the host did not replace.

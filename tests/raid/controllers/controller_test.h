@@ -26,6 +26,13 @@ class ControllerTest : public PluginTest {
     files.write(kControllerStore, controller_file(state, controllers), modified);
   }
 
+  // What a full call leaves, at 1000 seconds.
+  void remember(const std::vector<Controller> &controllers, uint8_t state = kReady) {
+    store(state, controllers);
+    ASSERT_EQ(full({.size = 1u << 20}).status, 0);
+    forget_calls();
+  }
+
   Reply full(const CallOptions &options = {}) { return call("mc_get_store_ctrls", options); }
   Reply delta(const CallOptions &options = {}) { return call("mc_delta_store_ctrls", options); }
 
@@ -37,9 +44,25 @@ class ControllerTest : public PluginTest {
   }
 };
 
-inline std::string too_large(const std::string &needed) {
-  return "<get_store_ctrls: 869> [get_store_ctrls]Data length(" + needed + ") larger than 65536\n";
+// Sizes are traced as signed numbers, and whatever the buffer's is, as larger than this.
+inline std::string too_large(uint32_t needed) {
+  return "<get_store_ctrls: 869> [get_store_ctrls]Data length(" + std::to_string(static_cast<int32_t>(needed)) +
+         ") larger than 65536\n";
 }
+
+// The lines about a subsystem whose state changed, and about each record that is reported then.
+inline std::string state_changed(const std::string &details) {
+  return "mcserver_storage.cpp:893:Storage subsystem state changed, " + details + "\n";
+}
+inline std::string changed_with_the_state(const std::string &details) {
+  return "mcserver_storage.cpp:989:Storage subsystem state changed, " + details + "\n";
+}
+
+// The times of most tests, with their texts.
+inline const std::string kTime0 = "0, Thu Jan  1 00:00:00 1970\n";
+inline const std::string kTime1000 = "1000, Thu Jan  1 00:16:40 1970\n";
+inline const std::string kTime2000 = "2000, Thu Jan  1 00:33:20 1970\n";
+inline const std::string kTime3000 = "3000, Thu Jan  1 00:50:00 1970\n";
 
 // A line about a file that could not be read to its end.
 inline std::string read_error(const std::string &reason) {

@@ -170,7 +170,7 @@ TEST_P(EitherControllerEntryPoint, PassesOnThatTheReplyIsTooLarge) {
 TEST_P(EitherControllerEntryPoint, PassesOnTheBufferAndItsSize) {
   store(kReady, {numbered(0)});
 
-  const Reply with_room = call(GetParam(), {.size = 18 + 1295, .growth = {Growth::kRefuse}});
+  const Reply with_room = call(GetParam(), {.size = controller_room(1), .growth = {Growth::kRefuse}});
 
   EXPECT_EQ(with_room.status, 0);
   EXPECT_THAT(with_room.requests, IsEmpty());
@@ -183,7 +183,7 @@ TEST_P(EitherControllerEntryPoint, LetsTheHostGrowTheBuffer) {
   const Reply reply = call(GetParam(), {.size = 0, .growth = {Growth::kMove}});
 
   EXPECT_EQ(reply.status, 0);
-  EXPECT_THAT(reply.requests, ElementsAre(18u + 1295u));
+  EXPECT_THAT(reply.requests, ElementsAre(controller_room(1)));
   EXPECT_EQ(reply.bytes(), controller_header(kReady, 1, kUntouchedAfterGrowth) + numbered(0).reported());
 }
 

@@ -5,7 +5,6 @@
 
 #include <cerrno>
 #include <string>
-#include <tuple>
 
 #include "host/failure_sweep.h"
 #include "raid/controllers/controller_test.h"
@@ -25,11 +24,11 @@ using testing::Values;
 // A host of its own for each call that is disturbed.
 class Scene : public SweepScene<ControllerTest> {
  public:
-  explicit Scene(Mode mode) : mode_(mode) {
+  explicit Scene(DisturbedCall disturbed) : disturbed_(disturbed) {
     files.write_text("/var/mctool_stordebug", "");
     files.write_text("/var/mctool_ctlrdebug", "");
     trace_at(3);
-    if (!is_first(mode)) {
+    if (!is_first(disturbed)) {
       store(kNotReady, before());
       full();
     }
@@ -42,10 +41,10 @@ class Scene : public SweepScene<ControllerTest> {
     // The host is asked for room for the file, and for the gone ones once more.
     const CallOptions options = {.size = 18, .growth = {Growth::kInPlace, Growth::kMove}};
     return disturb_during(failure, nth, extent, [&] {
-      const Reply reply = is_delta(mode_) ? delta(options) : full(options);
+      const Reply reply = is_delta(disturbed_) ? delta(options) : full(options);
 
       EXPECT_THAT(reply.status, AnyOf(0, -13, -35, -37));
-      EXPECT_EQ(reply.length, reply.status == 0 ? 18u + 1294u * reply.buffer[4] : 0u);
+      EXPECT_EQ(reply.length, reply.status == 0 ? controller_reply_size(reply.buffer[4]) : 0u);
     });
   }
 
@@ -83,17 +82,15 @@ class Scene : public SweepScene<ControllerTest> {
     return {dumped_in_short(1), dumped_in_short(2, 2), numbered(4), dumped_in_short(5), dumped_in_short(6)};
   }
 
-  const Mode mode_;
+  const DisturbedCall disturbed_;
 };
 
-class FailureSweep : public testing::TestWithParam<std::tuple<Failure, Mode, Extent>> {};
+class FailureSweep : public RetrievalSweep {};
 
 TEST_P(FailureSweep, LeavesNothingBehindWhicheverCallFails) {
-  const auto &[failure, mode, extent] = GetParam();
-  sweep<Scene>(failure, extent, mode);
+  const auto &[failure, disturbed, extent] = GetParam();
+  sweep<Scene>(failure, extent, disturbed);
 }
-
-const auto kExtents = Values(Extent::kOnce, Extent::kFromThereOn);
 
 INSTANTIATE_TEST_SUITE_P(OfAnyCall, FailureSweep,
                          Combine(Values(failure("fopen", ENOENT), failure("fopen", EMFILE), failure("fclose", EIO),
@@ -102,18 +99,20 @@ INSTANTIATE_TEST_SUITE_P(OfAnyCall, FailureSweep,
                                         failure("realloc", ENOMEM),
                                         Failure{"realloc", {.fails = false, .error = ENOMEM}},
                                         Failure{"realloc", {.fails = true, .error = 0}}, failure("fprintf", ENOSPC)),
-                                 Values(Mode::kFirstFull, Mode::kFirstDelta, Mode::kFull, Mode::kDelta), kExtents));
+                                 every_call(), once_and_from_there_on()));
 
 INSTANTIATE_TEST_SUITE_P(OfAFirstCall, FailureSweep,
                          Combine(Values(failure("fflush", EIO), failure("fscanf", EIO)),
-                                 Values(Mode::kFirstFull, Mode::kFirstDelta), kExtents));
+                                 Values(DisturbedCall::kFirstFull, DisturbedCall::kFirstDelta),
+                                 once_and_from_there_on()));
 
 INSTANTIATE_TEST_SUITE_P(OfADelta, FailureSweep,
-                         Combine(Values(failure("ctime", EOVERFLOW)), Values(Mode::kFirstDelta, Mode::kDelta),
-                                 kExtents));
+                         Combine(Values(failure("ctime", EOVERFLOW)),
+                                 Values(DisturbedCall::kFirstDelta, DisturbedCall::kDelta), once_and_from_there_on()));
 
 INSTANTIATE_TEST_SUITE_P(OfADeltaWithGoneControllers, FailureSweep,
-                         Combine(Values(failure("malloc", ENOMEM)), Values(Mode::kDelta), kExtents));
+                         Combine(Values(failure("malloc", ENOMEM)), Values(DisturbedCall::kDelta),
+                                 once_and_from_there_on()));
 
 }  // namespace
 }  // namespace tests

@@ -2,21 +2,15 @@
 
 #include <cerrno>
 
-#include "host/plugin_test.h"
-#include "raid/controllers/controller_bytes.h"
 #include "raid/controllers/controller_test.h"
 #include "raid/controllers/full_record.h"
 
 namespace tests {
 namespace {
 
-using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Values;
-
-constexpr uint32_t kRoomForAll = 1u << 20;
-constexpr auto kProductFile = "/etc/product";
 
 class Controllers : public ControllerTest {};
 
@@ -52,7 +46,7 @@ TEST_F(Controllers, WhatLiesBehindTheReplyIsNotTouched) {
 
   const Reply reply = full({.size = 4000});
 
-  EXPECT_EQ(reply.buffer, controller_reply(kReady, {numbered(0)}).fill(4000 - 1312, 0xA5));
+  EXPECT_EQ(reply.buffer, controller_reply(kReady, {numbered(0)}).fill(4000 - controller_reply_size(1), 0xA5));
 }
 
 TEST_F(Controllers, AFullInventoryComesAgainThoughNothingChanged) {
@@ -101,34 +95,14 @@ TEST_P(ControllersInState, ReportsTheStateAsItIsInTheFile) {
 
 INSTANTIATE_TEST_SUITE_P(, ControllersInState, Values(0, 1, 2, 3, 0x80, 0xFF));
 
-class SoManyControllers : public Controllers, public testing::WithParamInterface<size_t> {};
-
-// The 257th lies in the first slot again: the slot follows the count, and the count has eight bits.
-TEST_P(SoManyControllers, FillTheSlotsAndWrapTheCount) {
-  const std::vector<Controller> controllers = numbered_below(GetParam());
-  store(kNotReady, controllers);
-  const auto count = static_cast<uint8_t>(GetParam());
-  Bytes expected = controller_header(kNotReady, count).fill(kRoomForAll - kControllerHeaderSize, 0xA5);
-  for (size_t number = 0; number < controllers.size(); ++number)
-    expected.put(kControllerHeaderSize + kControllerSize * (number % 256), controllers[number].reported());
-
-  const Reply reply = full({.size = kRoomForAll});
-
-  EXPECT_EQ(reply.status, 0);
-  EXPECT_EQ(reply.length, 18u + 1294u * count);
-  EXPECT_TRUE(reply.buffer == expected);
-}
-
-INSTANTIATE_TEST_SUITE_P(, SoManyControllers, Values(0, 1, 2, 255, 256, 257, 300));
-
 TEST_F(Controllers, APartialRecordAtTheEndIsLeftInItsSlotAndNotReported) {
-  files.write(kControllerStore, controller_file(kReady, {numbered(0)}).fill(1293, 0x77));
+  files.write(kControllerStore, controller_file(kReady, {numbered(0)}).fill(kControllerSize - 1, 0x77));
 
   const Reply reply = full();
 
   EXPECT_EQ(reply.status, 0);
   EXPECT_EQ(reply.bytes(), controller_reply(kReady, {numbered(0)}));
-  EXPECT_EQ(slot(reply, 1), Bytes().fill(1293, 0x77).fill(1, 0xA5));
+  EXPECT_EQ(slot(reply, 1), Bytes().fill(kControllerSize - 1, 0x77).fill(1, 0xA5));
   EXPECT_THAT(system_log(), IsEmpty());
 }
 
@@ -219,159 +193,7 @@ TEST_F(Controllers, ARefusedGrowthIsReplyTooLarge) {
 
   EXPECT_EQ(reply.status, -13);
   EXPECT_EQ(reply.length, 0u);
-  EXPECT_EQ(trace(), "<get_store_ctrls: 869> [get_store_ctrls]Data length(1313) larger than 65536\n");
-}
-
-class ControllersOnPlatform : public Controllers, public testing::WithParamInterface<const char *> {};
-
-TEST_P(ControllersOnPlatform, AreNotReadyWhileThereAreNone) {
-  files.write_text(kProductFile, GetParam());
-  store(kReady, {});
-
-  EXPECT_EQ(full().bytes(), controller_header(kNotReady, 0));
-}
-
-TEST_P(ControllersOnPlatform, AreNotReadyInADeltaWhileThereAreNone) {
-  files.write_text(kProductFile, GetParam());
-  store(kReady, {});
-
-  EXPECT_EQ(delta().bytes(), controller_header(kNotReady, 0));
-}
-
-TEST_P(ControllersOnPlatform, AreReadyWhenThereIsOne) {
-  files.write_text(kProductFile, GetParam());
-  store(kReady, {numbered(0)});
-
-  EXPECT_EQ(full().bytes(), controller_reply(kReady, {numbered(0)}));
-}
-
-TEST_P(ControllersOnPlatform, AreReadyWhenThereWasOne) {
-  files.write_text(kProductFile, GetParam());
-  store(kReady, {numbered(0)});
-  full();
-  store(kReady, {}, 2000);
-
-  EXPECT_EQ(full().bytes(), controller_header(kReady, 0));
-}
-
-TEST_P(ControllersOnPlatform, AreReadyInADeltaWhenNoneChanged) {
-  files.write_text(kProductFile, GetParam());
-  store(kReady, {numbered(0)});
-  full();
-  store(kReady, {numbered(0)}, 2000);
-
-  EXPECT_EQ(delta().bytes(), controller_header(kReady, 0));
-}
-
-TEST_P(ControllersOnPlatform, KeepAnyOtherState) {
-  files.write_text(kProductFile, GetParam());
-  store(3, {});
-
-  EXPECT_EQ(full().bytes(), controller_header(3, 0));
-}
-
-TEST_P(ControllersOnPlatform, AreNotReadyWhenTheirCountWrappedToNone) {
-  files.write_text(kProductFile, GetParam());
-  store(kReady, numbered_below(256));
-
-  EXPECT_EQ(full({.size = kRoomForAll}).bytes(), controller_header(kNotReady, 0));
-}
-
-// The reply's state is adjusted, not the one that is remembered.
-TEST_P(ControllersOnPlatform, AreComparedWithTheStateOfTheFile) {
-  files.write_text(kProductFile, GetParam());
-  store(kReady, {});
-  full();
-  store(kReady, {numbered(0)}, 2000);
-
-  const Reply reply = delta();
-
-  EXPECT_EQ(reply.bytes(), controller_reply(kReady, {numbered(0)}));
-  EXPECT_THAT(system_log(), IsEmpty());
-}
-
-INSTANTIATE_TEST_SUITE_P(, ControllersOnPlatform, Values("kestrano", "MORVIK-2"));
-
-TEST_F(Controllers, OnAnyOtherPlatformAreReadyThoughThereAreNone) {
-  files.write_text(kProductFile, "tarnika");
-  store(kReady, {});
-
-  EXPECT_EQ(full().bytes(), controller_header(kReady, 0));
-}
-
-TEST_F(Controllers, TheSecondPlatformIsNotAskedWhenTheFirstSaysYes) {
-  files.write_text(kProductFile, "kestrano");
-  store(kReady, {});
-
-  full();
-
-  EXPECT_EQ(number_of_calls("fopen /etc/product"), 1);
-}
-
-TEST_F(Controllers, BothPlatformsAreAskedWhateverTheReplyHolds) {
-  files.write_text(kProductFile, "tarnika");
-  store(kNotReady, {numbered(0)});
-
-  full();
-
-  EXPECT_EQ(number_of_calls("fopen /etc/product"), 2);
-}
-
-TEST_F(Controllers, ThePlatformIsAskedInADeltaToo) {
-  files.write_text(kProductFile, "morvik");
-  store(kNotReady, {numbered(0)});
-
-  delta();
-
-  EXPECT_EQ(number_of_calls("fopen /etc/product"), 2);
-}
-
-TEST_F(Controllers, ThePlatformIsNotAskedByADeltaThatEndsEarly) {
-  store(0, {numbered(0)});
-
-  delta();
-
-  EXPECT_THAT(calls(), Contains("fread"));
-  EXPECT_EQ(number_of_calls("fopen /etc/product"), 0);
-}
-
-TEST_F(Controllers, ThePlatformIsAskedOnceInALifetime) {
-  files.write_text(kProductFile, "tarnika");
-  store(kReady, {});
-  full();
-  forget_calls();
-
-  full();
-
-  EXPECT_EQ(number_of_calls("fopen /etc/product"), 0);
-}
-
-TEST_F(Controllers, ThePlatformIsAskedAfterTheRecordsAndBeforeTheReadErrorIsLogged) {
-  store(kReady, {numbered(0)});
-  fail("fread", 2, EIO);
-
-  full();
-
-  const auto &seen = calls();
-  const auto platform = std::ranges::find(seen, "fopen /etc/product");
-  const auto log = std::ranges::find(seen, "syslog");
-  ASSERT_NE(platform, seen.end());
-  ASSERT_NE(log, seen.end());
-  EXPECT_LT(platform, log);
-  EXPECT_EQ(std::find(platform, seen.end(), "fread"), seen.end());
-}
-
-TEST_F(Controllers, WithoutAProductFileBothPlatformsTraceFromTheFirstToTheSecond) {
-  store(kReady, {});
-  trace_at(3);
-
-  full();
-
-  const std::string no_file =
-      "<read_product_file: 180> [read_product_file]fopen(/etc/product) failed: errno 2 (No such file or directory)";
-  const std::string no_word = "fscanf on product file gave unexpected value 0: 2 (No such file or directory)";
-  EXPECT_EQ(trace(), no_file + "<running_on_kestrano: 203> [running_on_kestrano]" + no_word + no_file +
-                         "<running_on_morvik: 224> [running_on_morvik]" + no_word);
+  EXPECT_EQ(trace(), too_large(controller_room(1)));
 }
 
 }  // namespace

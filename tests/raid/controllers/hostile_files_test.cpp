@@ -7,16 +7,14 @@
 #include <random>
 #include <stdexcept>
 
-#include "host/plugin_test.h"
-#include "raid/controllers/controller_bytes.h"
 #include "raid/controllers/controller_test.h"
+#include "raid/controllers/full_record.h"
 
 namespace tests {
 namespace {
 
 using testing::IsEmpty;
 using testing::Range;
-using testing::Values;
 
 // A full call first looks for the simulation's marker.
 constexpr int kStoreStat = 2;
@@ -56,11 +54,11 @@ TEST_F(HostileStoreFiles, AFileThatGrowsIsReadToTheSizeItHad) {
     for (size_t number = 1; number < 200; ++number) append(numbered(number).stored());
   });
 
-  const Reply reply = full({.size = 1313, .growth = {Growth::kRefuse}});
+  const Reply reply = full({.size = controller_room(1), .growth = {Growth::kRefuse}});
 
   EXPECT_EQ(reply.status, 0);
   EXPECT_EQ(reply.bytes(), controller_reply(kReady, {numbered(0)}));
-  EXPECT_EQ(reply.buffer[1312], 0xA5);
+  EXPECT_EQ(reply.buffer[controller_reply_size(1)], 0xA5);
   EXPECT_THAT(system_log(), IsEmpty());
 }
 
@@ -68,7 +66,7 @@ TEST_F(HostileStoreFiles, AFileThatGrowsAfterEachReadIsReadToTheSizeItHad) {
   store(kReady, numbered_below(10));
   for (int read = 1; read < 12; ++read) before_call("fread", read, [this] { append(numbered(99).stored()); });
 
-  const Reply reply = full({.size = 18 + 1 + 10 * 1294, .growth = {Growth::kRefuse}});
+  const Reply reply = full({.size = controller_room(10), .growth = {Growth::kRefuse}});
 
   EXPECT_EQ(reply.status, 0);
   EXPECT_EQ(reply.bytes(), controller_reply(kReady, numbered_below(10)));
@@ -78,12 +76,12 @@ TEST_F(HostileStoreFiles, AFileThatGrowsAfterEachReadIsReadToTheSizeItHad) {
 TEST_F(HostileStoreFiles, APartialRecordThatIsCompletedMeanwhileStaysPartial) {
   const Bytes second = numbered(1).stored();
   files.write(kControllerStore, controller_file(kReady, {numbered(0)}) + second.slice(0, 700));
-  before_call("fread", 1, [&] { append(second.slice(700, 594)); });
+  before_call("fread", 1, [&] { append(second.slice(700, kControllerSize - 700)); });
 
   const Reply reply = full();
 
   EXPECT_EQ(reply.bytes(), controller_reply(kReady, {numbered(0)}));
-  EXPECT_EQ(slot(reply, 1), second.slice(0, 700).fill(594, 0xA5));
+  EXPECT_EQ(slot(reply, 1), second.slice(0, 700).fill(kControllerSize - 700, 0xA5));
   EXPECT_THAT(system_log(), IsEmpty());
 }
 
@@ -108,7 +106,7 @@ TEST_F(HostileStoreFiles, WhatGrewIsNewToTheNextDelta) {
 
 TEST_F(HostileStoreFiles, AFileThatShrinksEndsWhereItEnds) {
   store(kReady, numbered_below(3));
-  before_call("fread", 1, [this] { shorten_to(1 + 1294 + 10); });
+  before_call("fread", 1, [this] { shorten_to(controller_file_size(1) + 10); });
 
   const Reply reply = full();
 
@@ -138,7 +136,7 @@ TEST_F(HostileStoreFiles, AFileThatShrinksToNothingIsNoData) {
 // How many are still read depends on how far libc reads ahead.
 TEST_F(HostileStoreFiles, AFileThatShrinksInTheMiddleGivesItsFirstRecords) {
   store(kReady, numbered_below(20));
-  before_call("fread", 2, [this] { shorten_to(1 + 1294); });
+  before_call("fread", 2, [this] { shorten_to(controller_file_size(1)); });
 
   const Reply reply = full();
 
@@ -180,7 +178,8 @@ TEST_F(HostileStoreFiles, AFileReplacedByAShorterOneIsReadToTheShorterSize) {
   store(kReady, numbered_below(9));
   before_call("stat", kStoreStat, [this] { replace_by(controller_file(kNotReady, {numbered(77)})); });
 
-  EXPECT_EQ(full({.size = 1313, .growth = {Growth::kRefuse}}).bytes(), controller_reply(kReady, {numbered(0)}));
+  EXPECT_EQ(full({.size = controller_room(1), .growth = {Growth::kRefuse}}).bytes(),
+            controller_reply(kReady, {numbered(0)}));
   EXPECT_THAT(system_log(), IsEmpty());
 }
 
@@ -236,18 +235,10 @@ TEST_F(HostileStoreFiles, AFileThatMayNotBeReadIsUnavailable) {
 
 // ---------------------------------------------------------------------------------------------------------- content
 
-// What the conversion makes of any 1294 bytes.
-Bytes converted(Bytes record) {
-  const auto reverse = [&record](size_t offset, size_t width) {
-    Bytes reversed;
-    for (size_t i = width; i > 0; --i) reversed.u8(record[offset + i - 1]);
-    record.put(offset, reversed);
-  };
-  for (const size_t offset : {255u, 257u, 259u, 261u, 759u, 766u, 768u, 772u, 807u, 809u, 890u, 1292u})
-    reverse(offset, 2);
-  for (const size_t offset : {782u, 818u, 822u, 827u, 1288u}) reverse(offset, 4);
-  for (const size_t offset : {790u, 798u, 834u, 842u, 866u, 874u, 882u, 892u}) reverse(offset, 8);
-  return record;
+// What the conversion makes of any bytes.
+Bytes converted(const Bytes &record) {
+  return with_numbers_reversed(record, full_controller_record(Bytes::Order::kLittle),
+                               full_controller_record(Bytes::Order::kBig));
 }
 
 TEST_F(HostileStoreFiles, TextsThatFillTheirFieldsChangeNothing) {
@@ -298,74 +289,17 @@ TEST_P(GarbageInStoreFiles, IsAnsweredByteForByte) {
 
     ASSERT_EQ(change.status, size > 0 ? 0 : -37);
     if (change.length > 0) {
-      ASSERT_EQ(change.length, 18u + 1294u * change.buffer[4]);
+      ASSERT_EQ(change.length, controller_reply_size(change.buffer[4]));
     }
     ASSERT_EQ(whole.status, size > 0 ? 0 : -37);
     if (size == 0) continue;
     Bytes expected = controller_header(file[0], static_cast<uint8_t>(records));
-    for (size_t i = 0; i < records; ++i) expected += converted(file.slice(1 + i * kControllerSize, kControllerSize));
+    for (size_t i = 0; i < records; ++i) expected += converted(file.slice(controller_file_size(i), kControllerSize));
     ASSERT_EQ(whole.bytes(), expected);
   }
 }
 
 INSTANTIATE_TEST_SUITE_P(, GarbageInStoreFiles, Range(1u, 9u));
-
-// ----------------------------------------------------------------------------------------------------------- numbers
-
-class VeryManyControllers : public HostileStoreFiles, public testing::WithParamInterface<size_t> {
- protected:
-  static constexpr size_t kLast = 9;
-
-  // All zero, but for the last one.
-  void store_very_many(size_t count) {
-    files.write(kControllerStore, Bytes().u8(kNotReady));
-    files.resize(kControllerStore, 1 + (count - 1) * kControllerSize, 1000);
-    append(numbered(kLast).stored());
-  }
-};
-
-TEST_P(VeryManyControllers, WrapTheCountAndTheSlots) {
-  const size_t count = GetParam();
-  store_very_many(count);
-  const auto size = static_cast<uint32_t>(18 + 1 + count * kControllerSize);
-
-  const Reply reply = full({.size = size, .growth = {Growth::kRefuse}});
-
-  EXPECT_EQ(reply.status, 0);
-  EXPECT_EQ(reply.length, 18u + 1294u * (count % 256));
-  EXPECT_EQ(reply.buffer.slice(0, 18), controller_header(kNotReady, static_cast<uint8_t>(count)));
-  EXPECT_EQ(slot(reply, (count - 1) % 256), numbered(kLast).reported());
-  EXPECT_EQ(slot(reply, count % 256), Bytes::repeated(kControllerSize, 0));
-  EXPECT_EQ(slot(reply, 256), untouched_slot());
-  EXPECT_THAT(system_log(), IsEmpty());
-}
-
-TEST_P(VeryManyControllers, AreRememberedInACountOf16Bits) {
-  const size_t count = GetParam();
-  store_very_many(count);
-  full({.size = static_cast<uint32_t>(18 + 1 + count * kControllerSize)});
-  store(kNotReady, {}, 2000);
-
-  const auto enough = static_cast<uint32_t>(18 + 1 + (count % 65536) * kControllerSize);
-  const Reply asking = full({.size = enough - 1, .growth = {Growth::kMove}});
-
-  EXPECT_THAT(asking.requests, testing::ElementsAre(19));
-}
-
-TEST_P(VeryManyControllers, AreRememberedInNoMoreThanACountOf16Bits) {
-  const size_t count = GetParam();
-  store_very_many(count);
-  full({.size = static_cast<uint32_t>(18 + 1 + count * kControllerSize)});
-  store(kNotReady, {}, 2000);
-
-  const auto enough = static_cast<uint32_t>(18 + 1 + (count % 65536) * kControllerSize);
-  const Reply content = full({.size = enough});
-
-  EXPECT_THAT(content.requests, IsEmpty());
-  EXPECT_EQ(content.bytes(), controller_header(kNotReady, 0));
-}
-
-INSTANTIATE_TEST_SUITE_P(, VeryManyControllers, Values(65536, 70000));
 
 }  // namespace
 }  // namespace tests

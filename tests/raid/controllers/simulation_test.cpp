@@ -1,9 +1,8 @@
-#include <gmock/gmock.h>
+#include "raid/simulation_tests.h"
 
 #include <vector>
 
 #include "raid/controllers/controller_test.h"
-#include "raid/raid_names.h"
 
 namespace tests {
 namespace {
@@ -12,7 +11,9 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Values;
 
-constexpr uint32_t kSimulatedSize = 2606;
+constexpr char kSimulationMarker[] = "/debug/mctool_storage_debug";
+constexpr uint32_t kSimulatedSize = controller_reply_size(2);
+constexpr uint32_t kLarge = kSimulatedSize + 400;
 
 // What is not named here stays as the buffer held it.
 Bytes simulated_record(uint8_t index, Bytes record) {
@@ -67,12 +68,33 @@ Bytes simulated_record(uint8_t index, Bytes record) {
 
 // The simulated reply over what the buffer held. The record size is little-endian, too.
 Bytes simulated_reply(Bytes buffer) {
-  return buffer.put(0, Bytes::hex("28 00 00 02 02 0E 05 00 00 00"))
-      .put(18, simulated_record(0, buffer.slice(18, 1294)))
-      .put(1312, simulated_record(1, buffer.slice(1312, 1294)));
+  constexpr uint32_t kFirst = controller_reply_size(0);
+  constexpr uint32_t kSecond = controller_reply_size(1);
+  return buffer.put(0, Bytes::hex("28 00 00 02 02") + little_endian().u32(kControllerSize).u8(0))
+      .put(kFirst, simulated_record(0, buffer.slice(kFirst, kControllerSize)))
+      .put(kSecond, simulated_record(1, buffer.slice(kSecond, kControllerSize)));
 }
 
 Bytes simulated_reply() { return simulated_reply(Bytes::repeated(kSimulatedSize, kUntouched)); }
+
+}  // namespace
+
+const SimulatedKind kSimulatedKind = {
+    .full = "mc_get_store_ctrls",
+    .delta = "mc_delta_store_ctrls",
+    .store = kControllerStore,
+    .file = controller_file(kReady, {numbered(0)}),
+    .reply = controller_reply(kReady, {numbered(0)}),
+    .quiet_delta = controller_header(kReady, 0),
+    .simulation = simulated_reply(),
+};
+
+namespace {
+
+std::string simulation_too_large(uint32_t granted) {
+  return "<mc_get_store_ctrls: 1114> [mc_get_store_ctrls]Data length(" + std::to_string(kSimulatedSize) +
+         ") larger than " + std::to_string(granted) + "\n";
+}
 
 class Simulation : public ControllerTest {
  protected:
@@ -95,40 +117,10 @@ TEST_F(Simulation, MakesUpTwoControllers) {
 }
 
 TEST_F(Simulation, DoesNotTouchWhatLiesBehindIt) {
-  const Reply reply = full({.size = 4000});
+  const Reply reply = full({.size = kLarge});
 
   EXPECT_EQ(reply.length, kSimulatedSize);
-  EXPECT_EQ(reply.buffer, simulated_reply() + Bytes::repeated(4000 - kSimulatedSize, kUntouched));
-}
-
-TEST_F(Simulation, ReadsNoStoreFile) {
-  store(kNotReady, {numbered(0)});
-
-  const Reply reply = full();
-
-  EXPECT_EQ(reply.bytes(), simulated_reply());
-  EXPECT_THAT(calls(), ElementsAre("stat /debug/mctool_storage_debug"));
-}
-
-TEST_F(Simulation, NeedsNoStoreFile) {
-  const Reply reply = full();
-
-  EXPECT_EQ(reply.status, 0);
-  EXPECT_EQ(reply.bytes(), simulated_reply());
-}
-
-TEST_F(Simulation, LastsAsLongAsItsMarker) {
-  store(kReady, {numbered(0)});
-  const Reply first = full();
-  files.remove(kSimulationMarker);
-  const Reply without_marker = full();
-  files.write_text(kSimulationMarker, "");
-
-  const Reply again = full();
-
-  EXPECT_EQ(first.bytes(), simulated_reply());
-  EXPECT_EQ(without_marker.bytes(), controller_reply(kReady, {numbered(0)}));
-  EXPECT_EQ(again.bytes(), simulated_reply());
+  EXPECT_EQ(reply.buffer, simulated_reply() + Bytes::repeated(kLarge - kSimulatedSize, kUntouched));
 }
 
 // ------------------------------------------------------------------------------------------------------ growth
@@ -138,7 +130,7 @@ TEST_F(Simulation, AsksForTheByteThatIsMissing) {
 
   EXPECT_EQ(reply.status, 0);
   EXPECT_EQ(reply.length, kSimulatedSize);
-  EXPECT_EQ(reply.buffer, simulated_reply());
+  EXPECT_EQ(reply.buffer, simulated_reply(Bytes::repeated(kSimulatedSize - 1, kUntouched).u8(kUntouchedAfterGrowth)));
   EXPECT_THAT(reply.requests, ElementsAre(kSimulatedSize));
 }
 
@@ -159,7 +151,7 @@ TEST_F(Simulation, IsTooLargeWhenTheHostRefuses) {
   EXPECT_EQ(reply.length, 0u);
   EXPECT_EQ(reply.buffer, Bytes::repeated(100, kUntouched));
   EXPECT_THAT(reply.requests, ElementsAre(kSimulatedSize));
-  EXPECT_EQ(trace(), "<mc_get_store_ctrls: 1114> [mc_get_store_ctrls]Data length(2606) larger than 100\n");
+  EXPECT_EQ(trace(), simulation_too_large(100));
 }
 
 TEST_F(Simulation, IsTooLargeWhenTheHostGrantsLess) {
@@ -169,9 +161,9 @@ TEST_F(Simulation, IsTooLargeWhenTheHostGrantsLess) {
 
   EXPECT_EQ(reply.status, -13);
   EXPECT_EQ(reply.length, 0u);
-  EXPECT_EQ(reply.buffer, Bytes::repeated(2605, kUntouchedAfterGrowth));
+  EXPECT_EQ(reply.buffer, Bytes::repeated(kSimulatedSize - 1, kUntouchedAfterGrowth));
   EXPECT_THAT(reply.requests, ElementsAre(kSimulatedSize));
-  EXPECT_EQ(trace(), "<mc_get_store_ctrls: 1114> [mc_get_store_ctrls]Data length(2606) larger than 2605\n");
+  EXPECT_EQ(trace(), simulation_too_large(kSimulatedSize - 1));
 }
 
 // A host whose buffer moves, while the old one stays valid: only that is safe here.
@@ -185,8 +177,8 @@ class MovingHost : public host::ReplyOwner {
     return answer;
   }
 
-  std::vector<uint8_t> passed_in = std::vector<uint8_t>(3000, kUntouched);
-  std::vector<uint8_t> moved_to = std::vector<uint8_t>(3000, kUntouchedAfterGrowth);
+  std::vector<uint8_t> passed_in = std::vector<uint8_t>(kLarge, kUntouched);
+  std::vector<uint8_t> moved_to = std::vector<uint8_t>(kLarge, kUntouchedAfterGrowth);
   uint8_t *answer = moved_to.data();
   uint32_t granted = kSimulatedSize;  // 0: the host does not say
   uint32_t length = kUnwrittenLength;
@@ -208,15 +200,15 @@ class SimulationForMovingHost : public Simulation {
   MovingHost host;
 };
 
-const Bytes kSimulatedIn3000 = simulated_reply() + Bytes::repeated(3000 - kSimulatedSize, kUntouched);
+const Bytes kSimulatedInLarge = simulated_reply() + Bytes::repeated(kLarge - kSimulatedSize, kUntouched);
 
 TEST_F(SimulationForMovingHost, GoesToTheBufferThatWasPassedIn) {
   const int32_t status = simulate();
 
   EXPECT_EQ(status, 0);
   EXPECT_EQ(host.length, kSimulatedSize);
-  EXPECT_EQ(passed_in(), kSimulatedIn3000);
-  EXPECT_EQ(moved_to(), Bytes::repeated(3000, kUntouchedAfterGrowth));
+  EXPECT_EQ(passed_in(), kSimulatedInLarge);
+  EXPECT_EQ(moved_to(), Bytes::repeated(kLarge, kUntouchedAfterGrowth));
 }
 
 TEST_F(SimulationForMovingHost, DoesNotMindANullResult) {
@@ -226,7 +218,7 @@ TEST_F(SimulationForMovingHost, DoesNotMindANullResult) {
 
   EXPECT_EQ(status, 0);
   EXPECT_EQ(host.length, kSimulatedSize);
-  EXPECT_EQ(passed_in(), kSimulatedIn3000);
+  EXPECT_EQ(passed_in(), kSimulatedInLarge);
 }
 
 TEST_F(SimulationForMovingHost, TakesSilenceForConsent) {
@@ -235,7 +227,7 @@ TEST_F(SimulationForMovingHost, TakesSilenceForConsent) {
   const int32_t status = simulate();
 
   EXPECT_EQ(status, 0);
-  EXPECT_EQ(passed_in(), kSimulatedIn3000);
+  EXPECT_EQ(passed_in(), kSimulatedInLarge);
 }
 
 TEST_F(SimulationForMovingHost, MayBeGrantedMore) {
@@ -245,7 +237,7 @@ TEST_F(SimulationForMovingHost, MayBeGrantedMore) {
 
   EXPECT_EQ(status, 0);
   EXPECT_EQ(host.length, kSimulatedSize);
-  EXPECT_EQ(passed_in(), kSimulatedIn3000);
+  EXPECT_EQ(passed_in(), kSimulatedInLarge);
 }
 
 TEST_F(SimulationForMovingHost, TellsItsLengthBeforeItAsks) {
@@ -257,15 +249,6 @@ TEST_F(SimulationForMovingHost, TellsItsLengthBeforeItAsks) {
 }
 
 // ------------------------------------------------------------------------------------------------------ what it leaves
-
-TEST_F(Simulation, RemembersNothing) {
-  store(kReady, {numbered(0)});
-  full();
-
-  const Reply reply = delta();
-
-  EXPECT_EQ(reply.bytes(), controller_reply(kReady, {numbered(0)}));
-}
 
 TEST_F(Simulation, RemembersNothingWhenItIsTooLarge) {
   store(kReady, {numbered(0)});

@@ -8,12 +8,11 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-// The host is asked for the file, every announced drive once more, and a header.
 class DriveReplyGrowth : public DriveTest {
  protected:
   DriveReplyGrowth() { store({numbered_drive(0)}); }
 
-  static constexpr uint32_t kNeeded = (4 + 453) + 453 + 20;
+  static constexpr uint32_t kNeeded = drive_room(1, 1);
 };
 
 TEST_F(DriveReplyGrowth, IsNotAskedForWithRoomEnough) {
@@ -42,38 +41,41 @@ TEST_P(GrantedDriveReply, IsWrittenToTheBufferThatTheHostReturned) {
 
 INSTANTIATE_TEST_SUITE_P(, GrantedDriveReply, testing::Values(Growth::kInPlace, Growth::kMove, Growth::kSayNothing));
 
-class RefusedDriveReply : public DriveReplyGrowth, public testing::WithParamInterface<Refusal> {};
+class RefusedDriveReply : public DriveReplyGrowth, public testing::WithParamInterface<Growth> {};
 
 TEST_P(RefusedDriveReply, IsTooLarge) {
   trace_at(3);
 
-  const Reply reply = full({.size = 100, .growth = {GetParam().first}});
+  const Reply reply = full({.size = 100, .growth = {GetParam()}});
 
   EXPECT_EQ(reply.status, -13);
   EXPECT_EQ(reply.length, 0u);
-  EXPECT_EQ(trace(), drives_too_large("930", GetParam().second));
+  EXPECT_EQ(trace(), drives_too_large(kNeeded, size_after(GetParam(), 100, kNeeded)));
 }
 
 TEST_P(RefusedDriveReply, HasConsumedTheChangeAndMadeNoList) {
-  full({.size = 100, .growth = {GetParam().first}});
+  full({.size = 100, .growth = {GetParam()}});
 
   EXPECT_EQ(number_of_calls("calloc"), 0);
   store({numbered_drive(0), numbered_drive(1)}, 1000);
   EXPECT_EQ(delta().length, 0u);
 }
 
-INSTANTIATE_TEST_SUITE_P(, RefusedDriveReply,
-                         testing::Values(Refusal(Growth::kRefuse, "100"), Refusal(Growth::kGrantLess, "929"),
-                                         Refusal(Growth::kNull, "930")));
+INSTANTIATE_TEST_SUITE_P(, RefusedDriveReply, every_refusal());
 
 // ---------------------------------------------------------------------------------------- sums that do not fit 32 bits
 
-class WrappedDriveReply : public DriveTest {};
+class WrappedDriveReply : public DriveTest {
+ protected:
+  // So many drives count as one less than none.
+  static constexpr uint32_t kMinusOne = 0xFFFFFFFF;
+};
 
 TEST_F(WrappedDriveReply, IsFineWhereTheBufferIsLargeEnoughAnyway) {
-  store(0xFFFFFFFF, {numbered_drive(0)});  // needs 477 - 453 = 24 bytes
+  store(kMinusOne, {numbered_drive(0)});
+  static_assert(drive_room(1, kMinusOne) == 24);  // two headers
 
-  const Reply reply = full({.size = 473, .growth = {Growth::kRefuse}});
+  const Reply reply = full({.size = drive_reply_size(1), .growth = {Growth::kRefuse}});
 
   EXPECT_EQ(reply.status, 0);
   EXPECT_EQ(reply.bytes(), drive_reply(0xFFFF, {numbered_drive(0)}));
@@ -81,31 +83,32 @@ TEST_F(WrappedDriveReply, IsFineWhereTheBufferIsLargeEnoughAnyway) {
 
 TEST_F(WrappedDriveReply, EndsBeforeTheRecordThatDoesNotFit) {
   trace_at(3);
-  store(0xFFFFFFFF, {numbered_drive(0), numbered_drive(1)});
+  store(kMinusOne, {numbered_drive(0), numbered_drive(1)});
   forget_calls();
 
-  const Reply reply = full({.size = 925, .growth = {Growth::kRefuse}});
+  const Reply reply = full({.size = drive_reply_size(2) - 1, .growth = {Growth::kRefuse}});
 
   EXPECT_EQ(reply.status, -13);
   EXPECT_EQ(reply.length, 0u);
-  EXPECT_EQ(trace(), drives_too_large("926", "925"));
-  EXPECT_EQ(reply.buffer.slice(473, 452), Bytes::repeated(452, kUntouched));
+  EXPECT_EQ(trace(), drives_too_large(drive_reply_size(2), drive_reply_size(2) - 1));
+  EXPECT_EQ(reply.buffer.slice(drive_reply_size(1), kDriveSize - 1), Bytes::repeated(kDriveSize - 1, kUntouched));
 }
 
 TEST_F(WrappedDriveReply, EndsBeforeAPartialRecordThatDoesNotFit) {
   trace_at(3);
-  files.write(kDriveStore, drive_file(0xFFFFFFFF, {numbered_drive(0)}) + numbered_drive(1).stored().slice(0, 30));
+  files.write(kDriveStore, drive_file(kMinusOne, {numbered_drive(0)}) + numbered_drive(1).stored().slice(0, 30));
+  constexpr uint32_t kEnd = drive_reply_size(1) + 30;
 
-  EXPECT_EQ(full({.size = 502, .growth = {Growth::kRefuse}}).status, -13);
-  EXPECT_EQ(trace(), drives_too_large("503", "502"));
-  EXPECT_EQ(full({.size = 503, .growth = {Growth::kRefuse}}).status, 0);
+  EXPECT_EQ(full({.size = kEnd - 1, .growth = {Growth::kRefuse}}).status, -13);
+  EXPECT_EQ(trace(), drives_too_large(kEnd, kEnd - 1));
+  EXPECT_EQ(full({.size = kEnd, .growth = {Growth::kRefuse}}).status, 0);
 }
 
 TEST_F(WrappedDriveReply, ThatEndsEarlyLeavesTheListsAsTheyWere) {
   store({numbered_drive(0)});
   full();
-  store(0xFFFFFFFF, {numbered_drive(1), numbered_drive(2)}, 2000);
-  EXPECT_EQ(delta({.size = 600, .growth = {Growth::kRefuse}}).status, -13);
+  store(kMinusOne, {numbered_drive(1), numbered_drive(2)}, 2000);
+  EXPECT_EQ(delta({.size = drive_reply_size(1) + 127, .growth = {Growth::kRefuse}}).status, -13);
   store({numbered_drive(0)}, 3000);
 
   EXPECT_EQ(delta().length, 0u);
@@ -113,11 +116,17 @@ TEST_F(WrappedDriveReply, ThatEndsEarlyLeavesTheListsAsTheyWere) {
 
 TEST_F(WrappedDriveReply, HasRoomForItsHeader) {
   trace_at(3);
-  store(0x036406C8, {});  // needs 24 - 24 bytes
+  // As many drives as 32 bits take beside the headers; the start of one makes up for the rest, so that nothing is
+  // needed.
+  constexpr uint64_t kAll = (uint64_t{1} << 32) - kDriveFileHeaderSize - kDriveHeaderSize;
+  constexpr uint32_t kAnnounced = kAll / kDriveSize;
+  constexpr uint32_t kRest = kAll % kDriveSize;
+  static_assert(kRest + drive_room(0, kAnnounced) == 0);
+  files.write(kDriveStore, drive_file(kAnnounced, {}).fill(kRest, 0));
 
   EXPECT_EQ(full({.size = 19, .growth = {Growth::kRefuse}}).status, -13);
-  EXPECT_EQ(trace(), drives_too_large("20", "19"));
-  EXPECT_EQ(full({.size = 20, .growth = {Growth::kRefuse}}).bytes(), drive_header(0x06C8, 0));
+  EXPECT_EQ(trace(), drives_too_large(20, 19));
+  EXPECT_EQ(full({.size = 20 + kRest, .growth = {Growth::kRefuse}}).bytes(), drive_header(kAnnounced, 0));
 }
 
 TEST_F(WrappedDriveReply, OfAFileThatDoesNotFitIsRefusedAtOnce) {
@@ -130,7 +139,7 @@ TEST_F(WrappedDriveReply, OfAFileThatDoesNotFitIsRefusedAtOnce) {
   EXPECT_EQ(reply.status, -13);
   EXPECT_EQ(reply.length, 0u);
   EXPECT_THAT(reply.requests, IsEmpty());
-  EXPECT_EQ(trace(), drives_too_large("453", "65536"));
+  EXPECT_EQ(trace(), drives_too_large(kDriveSize, 65536));
 }
 
 TEST_F(WrappedDriveReply, OfAFileThatJustFitsIsAskedFor) {
@@ -142,7 +151,7 @@ TEST_F(WrappedDriveReply, OfAFileThatJustFitsIsAskedFor) {
 
   EXPECT_EQ(reply.status, -13);
   EXPECT_THAT(reply.requests, ElementsAre(0xFFFFFFFFu));
-  EXPECT_EQ(trace(), drives_too_large("-1", "65536"));
+  EXPECT_EQ(trace(), drives_too_large(0xFFFFFFFF, 65536));
 }
 
 }  // namespace

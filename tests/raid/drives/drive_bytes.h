@@ -9,8 +9,20 @@
 namespace tests {
 
 inline constexpr char kDriveStore[] = "/var/storphydrive_info";
-inline constexpr size_t kDriveSize = 453;
-inline constexpr size_t kDriveHeaderSize = 20;
+inline constexpr uint32_t kDriveSize = 453;  // a record's; every other size follows from it
+inline constexpr uint32_t kDriveHeaderSize = 20;
+inline constexpr uint32_t kDriveFileHeaderSize = 4;
+
+constexpr uint32_t drive_reply_size(size_t records) {
+  return static_cast<uint32_t>(kDriveHeaderSize + records * kDriveSize);
+}
+constexpr uint32_t drive_file_size(size_t records) {
+  return static_cast<uint32_t>(kDriveFileHeaderSize + records * kDriveSize);
+}
+// The host is asked for the file, every announced drive once more, and a header; in 32 bits.
+constexpr uint32_t drive_room(size_t records, uint32_t announced) {
+  return drive_file_size(records) + announced * kDriveSize + kDriveHeaderSize;
+}
 
 // What most tests care about; the other bytes are zero.
 struct Drive {
@@ -52,7 +64,7 @@ inline Bytes drive_file(uint32_t announced, const std::vector<Drive> &drives) {
   return file;
 }
 
-// What the plug-in writes of a drive that is gone, over what the slot held before: 24 bytes, and 429 stay.
+// What the plug-in writes of a drive that is gone, over what the slot held before: 24 bytes.
 inline Bytes gone_drive(const Drive &drive, Bytes slot) {
   return slot.put(0, Bytes().u8(drive.controller).u8(drive.slot))
       .put(81, Bytes().text(drive.serial, 21))
@@ -63,7 +75,7 @@ inline Bytes untouched_drive_slot() { return Bytes::repeated(kDriveSize, 0xA5); 
 
 // A reply's first 20 bytes; the last eight are not the plug-in's.
 inline Bytes drive_header(uint32_t announced, uint16_t count, uint8_t untouched = 0xA5) {
-  return big_endian().u8(0x28).u8(0).u8(0).u16(announced & 0xFFFF).u16(count).u32(453).u8(0).fill(8, untouched);
+  return big_endian().u8(0x28).u8(0).u8(0).u16(announced & 0xFFFF).u16(count).u32(kDriveSize).u8(0).fill(8, untouched);
 }
 
 // A whole reply, in a buffer that the host did not replace.

@@ -3,10 +3,10 @@
 
 #include <algorithm>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "host/plugin_test.h"
+#include "host/refusal.h"
 #include "raid/drives/drive_bytes.h"
 
 namespace tests {
@@ -35,11 +35,10 @@ class DriveTest : public PluginTest {
   }
 };
 
-// A way to refuse, and the size that is then said to be granted.
-using Refusal = std::pair<Growth, std::string>;
-
-inline std::string drives_too_large(const std::string &needed, const std::string &granted) {
-  return "<get_store_phydrives: 1386> [get_store_phydrives]Data length(" + needed + ") larger than " + granted + "\n";
+// Sizes are traced as signed numbers.
+inline std::string drives_too_large(uint32_t needed, uint32_t granted) {
+  return "<get_store_phydrives: 1386> [get_store_phydrives]Data length(" +
+         std::to_string(static_cast<int32_t>(needed)) + ") larger than " + std::to_string(granted) + "\n";
 }
 
 }  // namespace tests

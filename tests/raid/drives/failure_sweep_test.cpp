@@ -6,7 +6,6 @@
 #include <gmock/gmock.h>
 
 #include <cerrno>
-#include <tuple>
 
 #include "raid/drives/drive_test.h"
 
@@ -19,12 +18,12 @@ using testing::Values;
 
 class Scene : public SweepScene<DriveTest> {
  public:
-  explicit Scene(Mode mode) : mode_(mode) {
+  explicit Scene(DisturbedCall disturbed) : disturbed_(disturbed) {
     files.write_text("/var/mctool_stordebug", "");
     files.write_text("/var/mctool_pddebug", "");
     trace_at(3);
     // Lists of one entry, so that they must be enlarged.
-    if (!is_first(mode)) {
+    if (!is_first(disturbed)) {
       store(256, {numbered_drive(0), numbered_drive(1), numbered_drive(2)});
       full({.growth = {Growth::kMove}});
     }
@@ -35,10 +34,10 @@ class Scene : public SweepScene<DriveTest> {
   bool disturb(const Failure &failure, int nth, Extent extent) {
     const CallOptions options = {.size = 18, .growth = {Growth::kMove}};
     return disturb_during(failure, nth, extent, [&] {
-      const Reply reply = is_delta(mode_) ? delta(options) : full(options);
+      const Reply reply = is_delta(disturbed_) ? delta(options) : full(options);
 
       EXPECT_THAT(reply.status, AnyOf(0, -35, -37));
-      EXPECT_EQ(reply.length, reply.status == 0 && reply.length != 0 ? 20u + 453u * reply.buffer[6] : 0u);
+      EXPECT_EQ(reply.length, reply.status == 0 && reply.length != 0 ? drive_reply_size(reply.buffer[6]) : 0u);
     });
   }
 
@@ -62,31 +61,31 @@ class Scene : public SweepScene<DriveTest> {
     return bytes;
   }
 
-  const Mode mode_;
+  const DisturbedCall disturbed_;
 };
 
-class DriveFailureSweep : public testing::TestWithParam<std::tuple<Failure, Mode, Extent>> {};
+class DriveFailureSweep : public RetrievalSweep {};
 
 TEST_P(DriveFailureSweep, LeavesNothingBehindWhicheverCallFails) {
-  const auto &[failure, mode, extent] = GetParam();
-  sweep<Scene>(failure, extent, mode);
+  const auto &[failure, disturbed, extent] = GetParam();
+  sweep<Scene>(failure, extent, disturbed);
 }
-
-const auto kExtents = Values(Extent::kOnce, Extent::kFromThereOn);
 
 INSTANTIATE_TEST_SUITE_P(OfAnyCall, DriveFailureSweep,
                          Combine(Values(failure("fopen", ENOENT), failure("fopen", EMFILE), failure("fclose", EIO),
                                         failure("fread", EIO), failure("fileno", EBADF), failure("flock", ENOLCK),
                                         failure("stat", EACCES), failure("realloc", ENOMEM),
                                         failure("fprintf", ENOSPC)),
-                                 Values(Mode::kFirstFull, Mode::kFirstDelta, Mode::kFull, Mode::kDelta), kExtents));
+                                 every_call(), once_and_from_there_on()));
 
 INSTANTIATE_TEST_SUITE_P(OfAFirstCall, DriveFailureSweep,
-                         Combine(Values(failure("calloc", ENOMEM)), Values(Mode::kFirstFull, Mode::kFirstDelta),
-                                 kExtents));
+                         Combine(Values(failure("calloc", ENOMEM)),
+                                 Values(DisturbedCall::kFirstFull, DisturbedCall::kFirstDelta),
+                                 once_and_from_there_on()));
 
 INSTANTIATE_TEST_SUITE_P(OfADelta, DriveFailureSweep,
-                         Combine(Values(failure("malloc", ENOMEM)), Values(Mode::kDelta), kExtents));
+                         Combine(Values(failure("malloc", ENOMEM)), Values(DisturbedCall::kDelta),
+                                 once_and_from_there_on()));
 
 }  // namespace
 }  // namespace tests

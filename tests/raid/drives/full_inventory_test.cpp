@@ -19,7 +19,7 @@ TEST_F(FullDriveInventory, HasEveryDrive) {
   const Reply reply = full();
 
   EXPECT_EQ(reply.status, 0);
-  EXPECT_EQ(reply.length, 20u + 3 * 453u);
+  EXPECT_EQ(reply.length, drive_reply_size(3));
   EXPECT_EQ(reply.bytes(), drive_reply(3, {numbered_drive(0), numbered_drive(1), numbered_drive(2)}));
   EXPECT_THAT(system_log(), IsEmpty());
 }
@@ -44,7 +44,7 @@ TEST_F(FullDriveInventory, DoesNotDependOnTheNumberThatIsAnnounced) {
   for (const uint32_t announced : {0u, 1u, 2u, 3u, 255u, 256u, 65535u, 65536u}) {
     store(announced, {numbered_drive(0), numbered_drive(1)});
 
-    EXPECT_EQ(full({.growth = {Growth::kMove}}).bytes().slice(20, 906),
+    EXPECT_EQ(full({.growth = {Growth::kMove}}).bytes().slice(kDriveHeaderSize, 2 * kDriveSize),
               numbered_drive(0).reported() + numbered_drive(1).reported())
         << announced;
   }
@@ -56,7 +56,7 @@ TEST_F(FullDriveInventory, AnnouncesTheLowSixteenBits) {
   const Reply reply = full({.growth = {Growth::kMove}});
 
   EXPECT_EQ(reply.status, 0);
-  EXPECT_EQ(reply.bytes().slice(0, 12), Bytes::hex("28 00 00 02 03 00 01 00 00 01 C5 00"));
+  EXPECT_EQ(reply.bytes().slice(0, 12), Bytes::hex("28 00 00 02 03 00 01") + big_endian().u32(kDriveSize).u8(0));
 }
 
 TEST_F(FullDriveInventory, IsTheSameWhenItIsRepeated) {
@@ -67,12 +67,12 @@ TEST_F(FullDriveInventory, IsTheSameWhenItIsRepeated) {
 }
 
 TEST_F(FullDriveInventory, LeavesAPartialRecordOut) {
-  files.write(kDriveStore, drive_file(1, {numbered_drive(0)}) + numbered_drive(1).stored().slice(0, 452));
+  files.write(kDriveStore, drive_file(1, {numbered_drive(0)}) + numbered_drive(1).stored().slice(0, kDriveSize - 1));
 
   const Reply reply = full();
 
   EXPECT_EQ(reply.bytes(), drive_reply(1, {numbered_drive(0)}));
-  EXPECT_EQ(slot(reply, 1), numbered_drive(1).stored().slice(0, 452).fill(1, 0xA5));
+  EXPECT_EQ(slot(reply, 1), numbered_drive(1).stored().slice(0, kDriveSize - 1).fill(1, 0xA5));
 }
 
 TEST_F(FullDriveInventory, LocksTheFamilysLockFileAndReadsItsOwn) {
@@ -103,11 +103,12 @@ TEST_F(FullDriveInventory, StaysLockedUntilTheListsAreDumped) {
 TEST_F(FullDriveInventory, WithoutAStoreFileHasNoData) {
   trace_at(3);
 
-  const Reply reply = full();
-
-  EXPECT_EQ(reply.status, -37);
-  EXPECT_EQ(reply.length, 0u);
-  EXPECT_EQ(reply.buffer, Bytes::repeated(65536, kUntouched));
+  for (const Reply &reply : {full(), delta()}) {
+    EXPECT_EQ(reply.status, -37);
+    EXPECT_EQ(reply.length, 0u);
+    EXPECT_EQ(reply.buffer, Bytes::repeated(65536, kUntouched));
+  }
+  EXPECT_EQ(trace(), "");
 }
 
 TEST_F(FullDriveInventory, WithoutALockFileHasNoData) {
@@ -188,8 +189,8 @@ TEST_P(OddDeltaFlag, NeitherFiltersNorReportsGoneDrivesAndHasNoLength) {
   EXPECT_EQ(PLUGIN(get_store_phydrives)(nullptr, buffer.data(), 2000, &length, GetParam()), 0);
 
   EXPECT_EQ(length, 0u);
-  EXPECT_EQ(Bytes(buffer).slice(0, 473), drive_reply(1, {numbered_drive(0)}));
-  EXPECT_EQ(Bytes(buffer).slice(473, 453), untouched_drive_slot());
+  EXPECT_EQ(Bytes(buffer).slice(0, drive_reply_size(1)), drive_reply(1, {numbered_drive(0)}));
+  EXPECT_EQ(Bytes(buffer).slice(drive_reply_size(1), kDriveSize), untouched_drive_slot());
 }
 
 INSTANTIATE_TEST_SUITE_P(, OddDeltaFlag, testing::Values(2, -1, 256));

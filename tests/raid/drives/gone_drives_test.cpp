@@ -25,7 +25,7 @@ TEST_F(GoneDrives, AreReportedWithStatusFourteen) {
 
   const Reply reply = delta();
 
-  EXPECT_EQ(reply.length, 473u);
+  EXPECT_EQ(reply.length, drive_reply_size(1));
   EXPECT_EQ(reply.bytes(), drive_header(1, 1) + gone_drive(numbered_drive(1), numbered_drive(0).stored()));
 }
 
@@ -84,14 +84,16 @@ TEST_F(GoneDrives, AreAllReportedWhenTheyAreEqual) {
   remember({numbered_drive(0), numbered_drive(0)});
   store({}, 2000);
 
-  EXPECT_EQ(delta().length, 20u + 2 * 453u);
+  EXPECT_EQ(delta().length, drive_reply_size(2));
 }
 
 // ------------------------------------------------------------------------------------------- no room for them
 
 class NoRoomForGoneDrives : public GoneDrives {
  protected:
-  // A file of 24 bytes, whose sizing asks for 24.
+  static constexpr uint32_t kNeeded = drive_reply_size(2);
+
+  // The file is then a header, for whose reply 100 bytes are plenty.
   void lose_two() {
     remember({numbered_drive(0), numbered_drive(1)});
     store({}, 2000);
@@ -104,49 +106,46 @@ TEST_F(NoRoomForGoneDrives, IsAskedForOnceMoreAndExactly) {
   const Reply reply = delta({.size = 100});
 
   EXPECT_EQ(reply.status, 0);
-  EXPECT_THAT(reply.requests, ElementsAre(926u));
-  EXPECT_EQ(reply.length, 926u);
+  EXPECT_THAT(reply.requests, ElementsAre(kNeeded));
+  EXPECT_EQ(reply.length, kNeeded);
 }
 
 TEST_F(NoRoomForGoneDrives, KeepsWhatTheReplyHeldWhereverItMoves) {
   remember({numbered_drive(0), numbered_drive(1), numbered_drive(2)});
   store({numbered_drive(2, 2)}, 2000);
-  const uint32_t file_size = 4 + 453;
 
-  const Reply reply = delta({.size = file_size + 453 + 20, .growth = {Growth::kMove}});
+  const Reply reply = delta({.size = drive_room(1, 1), .growth = {Growth::kMove}});
 
-  EXPECT_THAT(reply.requests, ElementsAre(20u + 3 * 453u));
-  EXPECT_EQ(reply.bytes().slice(0, 473), drive_header(1, 3) + numbered_drive(2, 2).reported());
-  EXPECT_EQ(reply.length, 20u + 3 * 453u);
+  EXPECT_THAT(reply.requests, ElementsAre(drive_reply_size(3)));
+  EXPECT_EQ(reply.bytes().slice(0, drive_reply_size(1)), drive_header(1, 3) + numbered_drive(2, 2).reported());
+  EXPECT_EQ(reply.length, drive_reply_size(3));
 }
 
 TEST_F(NoRoomForGoneDrives, IsNotAskedForWhereItIsNotNeeded) {
   remember({numbered_drive(0), numbered_drive(1)});
   store({numbered_drive(0), numbered_drive(1)}, 2000);
 
-  const Reply reply = delta({.size = 4 + 2 * 453 + 2 * 453 + 20});
+  const Reply reply = delta({.size = drive_room(2, 2)});
 
   EXPECT_THAT(reply.requests, IsEmpty());
 }
 
-class RefusedRoomForGoneDrives : public NoRoomForGoneDrives, public testing::WithParamInterface<Refusal> {};
+class RefusedRoomForGoneDrives : public NoRoomForGoneDrives, public testing::WithParamInterface<Growth> {};
 
 TEST_P(RefusedRoomForGoneDrives, IsTooLargeAndLeavesTheListsAsTheyWere) {
   lose_two();
   trace_at(3);
 
-  const Reply reply = delta({.size = 100, .growth = {GetParam().first}});
+  const Reply reply = delta({.size = 100, .growth = {GetParam()}});
 
   EXPECT_EQ(reply.status, -13);
   EXPECT_EQ(reply.length, 0u);
-  EXPECT_EQ(trace(), drives_too_large("926", GetParam().second));
+  EXPECT_EQ(trace(), drives_too_large(kNeeded, size_after(GetParam(), 100, kNeeded)));
   store({}, 3000);
-  EXPECT_EQ(delta().length, 926u);
+  EXPECT_EQ(delta().length, kNeeded);
 }
 
-INSTANTIATE_TEST_SUITE_P(, RefusedRoomForGoneDrives,
-                         testing::Values(Refusal(Growth::kRefuse, "100"), Refusal(Growth::kGrantLess, "925"),
-                                         Refusal(Growth::kNull, "926")));
+INSTANTIATE_TEST_SUITE_P(, RefusedRoomForGoneDrives, every_refusal());
 
 TEST_F(NoRoomForGoneDrives, IsRefusedWithoutMemoryToKeepTheReply) {
   lose_two();
@@ -154,7 +153,7 @@ TEST_F(NoRoomForGoneDrives, IsRefusedWithoutMemoryToKeepTheReply) {
   fail("malloc", 2, ENOMEM);  // the first is for looking devices up, where it is no failure
 
   EXPECT_EQ(delta({.size = 100}).status, -13);
-  EXPECT_EQ(trace(), drives_too_large("926", "100"));
+  EXPECT_EQ(trace(), drives_too_large(kNeeded, 100));
 }
 
 // ------------------------------------------------------------------------------------------- the exported function
@@ -166,18 +165,18 @@ class AddDeletedDrives : public DriveTest {
 };
 
 TEST_F(AddDeletedDrives, CountsInTheOrderOfTheMachine) {
-  Bytes start = Bytes::repeated(20 + 2 * 453, kUntouched).put(5, little_endian().u16(1));
+  Bytes start = Bytes::repeated(drive_reply_size(2), kUntouched).put(5, little_endian().u16(1));
   std::vector<uint8_t> reply(start.data(), start.data() + start.size());
 
   PLUGIN(add_deleted_drives)(reply.data(), 1, cur.data(), 2, cached.data());
 
-  EXPECT_EQ(Bytes(reply),
-            start.put(5, little_endian().u16(2))
-                .put(473, gone_drive({.controller = 1, .slot = 2, .serial = "S"}, untouched_drive_slot())));
+  EXPECT_EQ(Bytes(reply), start.put(5, little_endian().u16(2))
+                              .put(drive_reply_size(1),
+                                   gone_drive({.controller = 1, .slot = 2, .serial = "S"}, untouched_drive_slot())));
 }
 
 TEST_F(AddDeletedDrives, LooksAtNoMoreEntriesThanItIsTold) {
-  std::vector<uint8_t> reply(20 + 453, uint8_t{0});
+  std::vector<uint8_t> reply(drive_reply_size(1), uint8_t{0});
 
   PLUGIN(add_deleted_drives)(reply.data(), 0, cur.data(), 1, cached.data());
   EXPECT_EQ(reply[5], 1);
@@ -186,13 +185,13 @@ TEST_F(AddDeletedDrives, LooksAtNoMoreEntriesThanItIsTold) {
 }
 
 TEST_F(AddDeletedDrives, DoesNothingWithANullArgument) {
-  std::vector<uint8_t> reply(20 + 453, kUntouched);
+  std::vector<uint8_t> reply(drive_reply_size(1), kUntouched);
 
   PLUGIN(add_deleted_drives)(nullptr, 1, cur.data(), 2, cached.data());
   PLUGIN(add_deleted_drives)(reply.data(), 0, nullptr, 2, cached.data());
   PLUGIN(add_deleted_drives)(reply.data(), 1, cur.data(), 2, nullptr);
 
-  EXPECT_EQ(Bytes(reply), Bytes::repeated(473, kUntouched));
+  EXPECT_EQ(Bytes(reply), Bytes::repeated(drive_reply_size(1), kUntouched));
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-#include <gmock/gmock.h>
+#include "raid/simulation_tests.h"
 
 #include "raid/drives/drive_test.h"
 
@@ -8,8 +8,8 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr uint32_t kAnnouncedLength = 926;
-constexpr uint32_t kWrittenLength = 1379;  // with the third record
+constexpr uint32_t kAnnouncedLength = drive_reply_size(2);
+constexpr uint32_t kWrittenLength = drive_reply_size(3);
 
 // What is not named here stays as the buffer held it.
 Bytes simulated_drive(Bytes record) {
@@ -39,9 +39,24 @@ Bytes simulated_drive(Bytes record) {
 
 // The simulated reply over what the buffer held. Its numbers are little-endian.
 Bytes simulated_drives(uint8_t before) {
-  const Bytes record = simulated_drive(Bytes::repeated(453, before));
-  return Bytes::hex("28 00 01 02 00 02 00 C5 01 00 00 00").fill(8, before) + record + record + record;
+  const Bytes record = simulated_drive(Bytes::repeated(kDriveSize, before));
+  return Bytes::hex("28 00 01 02 00 02 00") + little_endian().u32(kDriveSize).u8(0).fill(8, before) + record + record +
+         record;
 }
+
+}  // namespace
+
+const SimulatedKind kSimulatedKind = {
+    .full = "mc_get_store_phydrives",
+    .delta = "mc_delta_store_phydrives",
+    .store = kDriveStore,
+    .file = drive_file(1, {numbered_drive(0)}),
+    .reply = drive_reply(1, {numbered_drive(0)}),
+    .quiet_delta = Bytes(),
+    .simulation = simulated_drives(kUntouched).slice(0, kAnnouncedLength),
+};
+
+namespace {
 
 class DriveSimulation : public DriveTest {
  protected:
@@ -60,34 +75,6 @@ TEST_F(DriveSimulation, AnnouncesTwoDrivesAndWritesThree) {
   EXPECT_EQ(trace(), "");
 }
 
-TEST_F(DriveSimulation, ReadsNoStoreFile) {
-  store({numbered_drive(0)});
-  forget_calls();
-
-  full();
-
-  EXPECT_THAT(calls(), ElementsAre("stat /debug/mctool_storage_debug"));
-}
-
-TEST_F(DriveSimulation, RemembersNothing) {
-  files.remove("/debug/mctool_storage_debug");
-  store({numbered_drive(0)});
-  full();
-  files.write_text("/debug/mctool_storage_debug", "");
-  full();
-  store({numbered_drive(1)}, 1000);
-
-  EXPECT_EQ(delta().length, 0u);
-  store({numbered_drive(0)}, 2000);
-  EXPECT_EQ(delta().length, 0u);
-}
-
-TEST_F(DriveSimulation, IsNotWhatADeltaReports) {
-  store({numbered_drive(0)});
-
-  EXPECT_EQ(delta().bytes(), drive_reply(1, {numbered_drive(0)}));
-}
-
 TEST_F(DriveSimulation, AsksForTheAnnouncedLengthAlone) {
   class Host : public host::ReplyOwner {
    public:
@@ -99,34 +86,34 @@ TEST_F(DriveSimulation, AsksForTheAnnouncedLengthAlone) {
     std::vector<uint8_t> buffer = std::vector<uint8_t>(2000, kUntouchedAfterGrowth);
     uint32_t asked_for = 0;
   } host;
-  std::vector<uint8_t> small(925, kUntouched);
+  std::vector<uint8_t> small(kAnnouncedLength - 1, kUntouched);
   uint32_t length = 0;
 
-  EXPECT_EQ(PLUGIN(mc_get_store_phydrives)(static_cast<host::ReplyOwner *>(&host), small.data(), 925, &length), 0);
+  EXPECT_EQ(PLUGIN(mc_get_store_phydrives)(static_cast<host::ReplyOwner *>(&host), small.data(), kAnnouncedLength - 1,
+                                           &length),
+            0);
 
   EXPECT_EQ(host.asked_for, kAnnouncedLength);
   EXPECT_EQ(length, kAnnouncedLength);
-  EXPECT_EQ(Bytes(small), Bytes::repeated(925, kUntouched));
+  EXPECT_EQ(Bytes(small), Bytes::repeated(kAnnouncedLength - 1, kUntouched));
   EXPECT_EQ(Bytes(host.buffer).slice(0, kWrittenLength), simulated_drives(kUntouchedAfterGrowth));
 }
 
-class RefusedDriveSimulation : public DriveSimulation, public testing::WithParamInterface<Refusal> {};
+class RefusedDriveSimulation : public DriveSimulation, public testing::WithParamInterface<Growth> {};
 
 TEST_P(RefusedDriveSimulation, IsTooLarge) {
   trace_at(3);
 
-  const Reply reply = full({.size = 925, .growth = {GetParam().first}});
+  const Reply reply = full({.size = kAnnouncedLength - 1, .growth = {GetParam()}});
 
   EXPECT_EQ(reply.status, -13);
   EXPECT_EQ(reply.length, 0u);
-  EXPECT_EQ(trace(),
-            std::string("<mc_get_store_phydrives: 1554> [mc_get_store_phydrives]Data length(926) larger than ") +
-                GetParam().second + "\n");
+  EXPECT_EQ(trace(), "<mc_get_store_phydrives: 1554> [mc_get_store_phydrives]Data length(" +
+                         std::to_string(kAnnouncedLength) + ") larger than " +
+                         std::to_string(size_after(GetParam(), kAnnouncedLength - 1, kAnnouncedLength)) + "\n");
 }
 
-INSTANTIATE_TEST_SUITE_P(, RefusedDriveSimulation,
-                         testing::Values(Refusal(Growth::kRefuse, "925"), Refusal(Growth::kGrantLess, "925"),
-                                         Refusal(Growth::kNull, "926")));
+INSTANTIATE_TEST_SUITE_P(, RefusedDriveSimulation, every_refusal());
 
 // ------------------------------------------------------------------------------------------------------ null buffers
 

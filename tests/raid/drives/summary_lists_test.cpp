@@ -47,11 +47,12 @@ TEST_F(DriveLists, AreAsLongAsTheAnnouncedNumberWithItsBytesExchanged) {
 TEST_F(DriveLists, TakeMoreDrivesThanTheyWereMadeFor) {
   const std::vector<Drive> drives = drives_below(300);
   store(256, drives);  // one entry
-  EXPECT_EQ(full({.growth = {Growth::kMove}}).bytes().slice(20, 453), numbered_drive(0).reported());
+  EXPECT_EQ(full({.growth = {Growth::kMove}}).bytes().slice(kDriveHeaderSize, kDriveSize),
+            numbered_drive(0).reported());
   store(256, drives, 2000);
   EXPECT_EQ(delta({.growth = {Growth::kMove}}).length, 0u);
   store(256, {numbered_drive(299)}, 3000);
-  EXPECT_EQ(delta({.growth = {Growth::kMove}}).length, 20u + 299 * 453u);
+  EXPECT_EQ(delta({.growth = {Growth::kMove}}).length, drive_reply_size(299));
 }
 
 TEST_F(DriveLists, MayBeOfNoEntries) {

@@ -10,7 +10,7 @@ using testing::IsEmpty;
 using testing::Values;
 
 // What one record and the header need.
-constexpr uint32_t kRoomForOne = 5816;
+constexpr uint32_t kRoomForOne = length_of(1);
 
 class VirtualDriveReplyGrowth : public VirtualDriveTest {};
 
@@ -40,14 +40,14 @@ TEST_F(VirtualDriveReplyGrowth, AnEmptyFileNeedsTheHeader) {
   store({});
 
   EXPECT_THAT(full({.size = 17}).requests, IsEmpty());
-  EXPECT_THAT(full({.size = 16}).requests, ElementsAre(17u));
+  EXPECT_THAT(full({.size = 16}).requests, ElementsAre(kVirtualDriveHeaderSize));
 }
 
 TEST_F(VirtualDriveReplyGrowth, CountsEveryByteOfTheFile) {
-  files.write(kVirtualDriveStore, volume(0).stored().fill(5798, 0));
+  files.write(kVirtualDriveStore, volume(0).stored().fill(kVirtualDriveSize - 1, 0));
 
-  EXPECT_THAT(full({.size = 17 + 5799 + 5798}).requests, IsEmpty());
-  EXPECT_THAT(full({.size = 17 + 5799 + 5797}).requests, ElementsAre(17u + 5799u + 5798u));
+  EXPECT_THAT(full({.size = length_of(2) - 1}).requests, IsEmpty());
+  EXPECT_THAT(full({.size = length_of(2) - 2}).requests, ElementsAre(length_of(2) - 1));
 }
 
 TEST_F(VirtualDriveReplyGrowth, CountsGoneDrivesInADelta) {
@@ -125,37 +125,37 @@ TEST_P(GrantedVirtualDriveReply, HoldsGoneDrivesToo) {
 INSTANTIATE_TEST_SUITE_P(, GrantedVirtualDriveReply, Values(Growth::kInPlace, Growth::kMove));
 
 // A host that does not write the size has granted nothing here.
-class RefusedVirtualDriveReply : public VirtualDriveReplyGrowth, public testing::WithParamInterface<Refusal> {};
+class RefusedVirtualDriveReply : public VirtualDriveReplyGrowth, public testing::WithParamInterface<Growth> {};
 
 TEST_P(RefusedVirtualDriveReply, IsTooLarge) {
   store({volume(0)});
   trace_at(3);
 
-  const Reply reply = full({.size = 100, .growth = {GetParam().first}});
+  const Reply reply = full({.size = 100, .growth = {GetParam()}});
 
   EXPECT_EQ(reply.status, -13);
   EXPECT_EQ(reply.length, 0u);
   EXPECT_THAT(reply.requests, ElementsAre(kRoomForOne));
-  EXPECT_EQ(trace(), virtual_drives_too_large(GetParam().second, "100"));
+  EXPECT_EQ(trace(), virtual_drives_too_large(size_after(GetParam(), 100, kRoomForOne), 100));
 }
 
 TEST_P(RefusedVirtualDriveReply, ADeltaIsTooLargeToo) {
   store({volume(0)});
   trace_at(3);
 
-  const Reply reply = delta({.size = 100, .growth = {GetParam().first}});
+  const Reply reply = delta({.size = 100, .growth = {GetParam()}});
 
   EXPECT_EQ(reply.status, -13);
   EXPECT_EQ(reply.length, 0u);
-  EXPECT_EQ(trace(), virtual_drives_too_large(GetParam().second, "100"));
+  EXPECT_EQ(trace(), virtual_drives_too_large(size_after(GetParam(), 100, kRoomForOne), 100));
 }
 
 TEST_P(RefusedVirtualDriveReply, IsNotWrittenAndNoSecondPassIsMade) {
   store({volume(0)});
 
-  const Reply reply = full({.size = 100, .growth = {GetParam().first}});
+  const Reply reply = full({.size = 100, .growth = {GetParam()}});
 
-  if (GetParam().first == Growth::kRefuse) {
+  if (GetParam() == Growth::kRefuse) {
     EXPECT_EQ(reply.buffer, Bytes::repeated(100, kUntouched));
   }
   EXPECT_EQ(number_of_calls("fread"), 2);
@@ -163,7 +163,7 @@ TEST_P(RefusedVirtualDriveReply, IsNotWrittenAndNoSecondPassIsMade) {
 
 TEST_P(RefusedVirtualDriveReply, HasConsumedTheChange) {
   store({volume(0)});
-  full({.size = 100, .growth = {GetParam().first}});
+  full({.size = 100, .growth = {GetParam()}});
 
   EXPECT_EQ(delta().length, 0u);
 }
@@ -171,18 +171,16 @@ TEST_P(RefusedVirtualDriveReply, HasConsumedTheChange) {
 TEST_P(RefusedVirtualDriveReply, LeavesWhatIsRemembered) {
   remember({volume(0), volume(1)});
   store({volume(2)}, 2000);
-  EXPECT_EQ(delta({.size = 100, .growth = {GetParam().first}}).status, -13);
+  EXPECT_EQ(delta({.size = 100, .growth = {GetParam()}}).status, -13);
   store({volume(0), volume(3)}, 3000);
 
   EXPECT_EQ(delta().bytes(), virtual_drive_header(2) + volume(3).reported() + gone_virtual_drive(volume(1)));
 }
 
 INSTANTIATE_TEST_SUITE_P(, RefusedVirtualDriveReply,
-                         Values(Refusal(Growth::kRefuse, "100"), Refusal(Growth::kGrantLess, "5815"),
-                                Refusal(Growth::kNull, "5816"), Refusal(Growth::kSayNothing, "100")));
+                         Values(Growth::kRefuse, Growth::kGrantLess, Growth::kNull, Growth::kSayNothing));
 
-// ---------------------------------------------------------------------------------------- sizes that do not fit 32
-// bits
+// -------------------------------------------------------------------------------------- sizes that do not fit 32 bits
 
 class VirtualDriveFileBeyondAnyReply : public VirtualDriveTest, public testing::WithParamInterface<uint64_t> {};
 
@@ -196,7 +194,7 @@ TEST_P(VirtualDriveFileBeyondAnyReply, IsRefusedAtOnce) {
   EXPECT_EQ(reply.status, -13);
   EXPECT_EQ(reply.length, 0u);
   EXPECT_THAT(reply.requests, IsEmpty());
-  EXPECT_EQ(trace(), virtual_drives_too_large("20000", "20000"));
+  EXPECT_EQ(trace(), virtual_drives_too_large(20000, 20000));
   EXPECT_EQ(number_of_calls("fread"), 0);
   EXPECT_EQ(number_of_calls("realloc"), 0);
   EXPECT_EQ(delta().length, 0u);  // the change has been consumed
@@ -205,7 +203,7 @@ TEST_P(VirtualDriveFileBeyondAnyReply, IsRefusedAtOnce) {
 // With the header, the first one is 2^32.
 INSTANTIATE_TEST_SUITE_P(, VirtualDriveFileBeyondAnyReply,
                          Values(uint64_t{0xFFFFFFFF} - 16, uint64_t{0xFFFFFFFF}, uint64_t{0x100000000},
-                                uint64_t{0x100000000} + 5799, uint64_t{0xFF00000000}));
+                                uint64_t{0x100000000} + kVirtualDriveSize, uint64_t{0xFF00000000}));
 
 // The file has these sizes when it is locked, and is emptied before it is read.
 class HugeVirtualDriveFiles : public VirtualDriveTest {
@@ -226,25 +224,25 @@ TEST_F(HugeVirtualDriveFiles, ThatJustFitAreAskedFor) {
 
   EXPECT_EQ(reply.status, -13);
   EXPECT_THAT(reply.requests, ElementsAre(0xFFFFFFFF));
-  EXPECT_EQ(trace(), virtual_drives_too_large("20000", "20000"));
+  EXPECT_EQ(trace(), virtual_drives_too_large(20000, 20000));
 }
 
 TEST_F(HugeVirtualDriveFiles, ThatJustFitWithTheGoneDrivesAreAskedFor) {
   remember({volume(0), volume(1)});
 
-  EXPECT_THAT(retrieve_of(0xFFFFFFFF - 17 - 2 * 5799).requests, ElementsAre(0xFFFFFFFF));
+  EXPECT_THAT(retrieve_of(0xFFFFFFFF - length_of(2)).requests, ElementsAre(0xFFFFFFFF));
 }
 
 TEST_F(HugeVirtualDriveFiles, ThatDoNotFitWithTheGoneDrivesAreRefused) {
   remember({volume(0), volume(1)});
   trace_at(3);
 
-  const Reply reply = retrieve_of(0xFFFFFFFF - 16 - 2 * 5799);
+  const Reply reply = retrieve_of(0xFFFFFFFF - length_of(2) + 1);
 
   EXPECT_EQ(reply.status, -13);
   EXPECT_EQ(reply.length, 0u);
   EXPECT_THAT(reply.requests, IsEmpty());
-  EXPECT_EQ(trace(), virtual_drives_too_large("20000", "20000"));
+  EXPECT_EQ(trace(), virtual_drives_too_large(20000, 20000));
 }
 
 }  // namespace

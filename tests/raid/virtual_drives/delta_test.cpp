@@ -16,7 +16,7 @@ TEST_F(VirtualDriveDelta, TheFirstReportsEveryDriveAndNoneAsGone) {
   const Reply reply = delta();
 
   EXPECT_EQ(reply.status, 0);
-  EXPECT_EQ(reply.length, 17u + 2 * 5799u);
+  EXPECT_EQ(reply.length, length_of(2));
   EXPECT_EQ(reply.bytes(), virtual_drive_reply({volume(0), volume(1, kOrdinary)}));
   EXPECT_THAT(system_log(), IsEmpty());
 }

@@ -6,7 +6,6 @@
 #include <gmock/gmock.h>
 
 #include <cerrno>
-#include <tuple>
 
 #include "raid/virtual_drives/virtual_drive_test.h"
 
@@ -19,12 +18,12 @@ using testing::Values;
 
 class Scene : public SweepScene<VirtualDriveTest> {
  public:
-  explicit Scene(Mode mode) : mode_(mode) {
+  explicit Scene(DisturbedCall disturbed) : disturbed_(disturbed) {
     files.write_text("/var/mctool_stordebug", "");
     files.write_text("/var/mctool_vddebug", "");
     trace_at(3);
     // Lists of one entry, so that they must be enlarged.
-    if (!is_first(mode)) {
+    if (!is_first(disturbed)) {
       store({volume(0)});
       full();
     }
@@ -35,7 +34,7 @@ class Scene : public SweepScene<VirtualDriveTest> {
   bool disturb(const Failure &failure, int nth, Extent extent) {
     const CallOptions options = {.size = 16, .growth = {Growth::kMove}};
     return disturb_during(failure, nth, extent, [&] {
-      const Reply reply = is_delta(mode_) ? delta(options) : full(options);
+      const Reply reply = is_delta(disturbed_) ? delta(options) : full(options);
 
       EXPECT_THAT(reply.status, AnyOf(0, -35, -37));
       EXPECT_EQ(reply.length, reply.status == 0 && reply.length != 0 ? length_of(reply.buffer[3]) : 0u);
@@ -54,28 +53,26 @@ class Scene : public SweepScene<VirtualDriveTest> {
  private:
   static std::vector<VirtualDrive> after() { return {volume(1, 0x02000002), volume(2)}; }
 
-  const Mode mode_;
+  const DisturbedCall disturbed_;
 };
 
-class VirtualDriveFailureSweep : public testing::TestWithParam<std::tuple<Failure, Mode, Extent>> {};
+class VirtualDriveFailureSweep : public RetrievalSweep {};
 
 TEST_P(VirtualDriveFailureSweep, LeavesNothingBehindWhicheverCallFails) {
-  const auto &[failure, mode, extent] = GetParam();
-  sweep<Scene>(failure, extent, mode);
+  const auto &[failure, disturbed, extent] = GetParam();
+  sweep<Scene>(failure, extent, disturbed);
 }
-
-const auto kModes = Values(Mode::kFirstFull, Mode::kFirstDelta, Mode::kFull, Mode::kDelta);
-const auto kExtents = Values(Extent::kOnce, Extent::kFromThereOn);
 
 INSTANTIATE_TEST_SUITE_P(OfAnyCall, VirtualDriveFailureSweep,
                          Combine(Values(failure("fopen", ENOENT), failure("fopen", EMFILE), failure("fclose", EIO),
                                         failure("fread", EIO), failure("fileno", EBADF), failure("flock", ENOLCK),
                                         failure("stat", EACCES), failure("realloc", ENOMEM), failure("malloc", ENOMEM)),
-                                 kModes, kExtents));
+                                 every_call(), once_and_from_there_on()));
 
 // There are many of these, and a delta prints the most.
 INSTANTIATE_TEST_SUITE_P(OfADelta, VirtualDriveFailureSweep,
-                         Combine(Values(failure("fprintf", ENOSPC)), Values(Mode::kDelta), kExtents));
+                         Combine(Values(failure("fprintf", ENOSPC)), Values(DisturbedCall::kDelta),
+                                 once_and_from_there_on()));
 
 }  // namespace
 }  // namespace tests

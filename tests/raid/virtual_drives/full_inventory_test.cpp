@@ -22,7 +22,7 @@ TEST_F(VirtualDriveInventory, HasEveryDriveInTheFilesOrder) {
   const Reply reply = full();
 
   EXPECT_EQ(reply.status, 0);
-  EXPECT_EQ(reply.length, 17u + 3 * 5799u);
+  EXPECT_EQ(reply.length, length_of(3));
   EXPECT_EQ(reply.bytes(), virtual_drive_reply({volume(2), volume(0), volume(1, kOrdinary)}));
   EXPECT_THAT(reply.requests, IsEmpty());
   EXPECT_THAT(system_log(), IsEmpty());
@@ -66,17 +66,17 @@ TEST_F(VirtualDriveInventory, OfAnEmptiedFileIsAHeaderAndATrace) {
 // ------------------------------------------------------------------------------------------------- partial records
 
 TEST_F(VirtualDriveInventory, AlmostARecordIsNone) {
-  files.write(kVirtualDriveStore, volume(0).stored().slice(0, 5798));
+  files.write(kVirtualDriveStore, volume(0).stored().slice(0, kVirtualDriveSize - 1));
 
   const Reply reply = full();
 
   EXPECT_EQ(reply.bytes(), virtual_drive_header(0));
-  EXPECT_EQ(slot(reply, 0), volume(0).stored().slice(0, 5798).fill(1, kUntouched));
+  EXPECT_EQ(slot(reply, 0), volume(0).stored().slice(0, kVirtualDriveSize - 1).fill(1, kUntouched));
 }
 
 TEST_F(VirtualDriveInventory, AlmostARecordIsAnEmptiedFile) {
   remember({volume(0)});
-  files.write(kVirtualDriveStore, volume(0).stored().slice(0, 5798));
+  files.write(kVirtualDriveStore, volume(0).stored().slice(0, kVirtualDriveSize - 1));
   trace_at(3);
 
   EXPECT_EQ(full().bytes(), virtual_drive_header(0));
@@ -90,7 +90,7 @@ TEST_F(VirtualDriveInventory, TwoBytesMoreThanTwoRecordsAreTwo) {
   const Reply reply = full();
 
   EXPECT_EQ(reply.bytes(), virtual_drive_reply({volume(0), volume(1)}));
-  EXPECT_EQ(slot(reply, 2), Bytes::hex("77 78").fill(5797, kUntouched));
+  EXPECT_EQ(slot(reply, 2), Bytes::hex("77 78").fill(kVirtualDriveSize - 2, kUntouched));
   EXPECT_EQ(trace(), "");
 }
 

@@ -22,7 +22,7 @@ TEST_F(GoneVirtualDrives, AreReportedWithStatusSixAndALogLine) {
   const Reply reply = delta();
 
   EXPECT_EQ(reply.status, 0);
-  EXPECT_EQ(reply.length, 17u + 5799u);
+  EXPECT_EQ(reply.length, length_of(1));
   EXPECT_EQ(reply.bytes(), virtual_drive_header(1) + untouched_virtual_drive_slot()
                                                          .put(0, Bytes::hex("03 CC"))
                                                          .put(2, Bytes().text("GUID", 33))
@@ -100,7 +100,7 @@ TEST_F(GoneVirtualDrives, AreWrittenAndLoggedWithTheWholeWidthOfTheirTexts) {
 
 TEST_F(GoneVirtualDrives, LieOverAPartialRecordAndLogItsStamp) {
   remember({volume(0)});
-  const Bytes partial = volume(1, 0x00020304).stored().slice(0, 5798);
+  const Bytes partial = volume(1, 0x00020304).stored().slice(0, kVirtualDriveSize - 1);
   files.write(kVirtualDriveStore, partial, 2000);
 
   EXPECT_EQ(delta().bytes(), virtual_drive_header(1) + gone_virtual_drive(volume(0), partial + Bytes::hex("A5")));
@@ -143,7 +143,7 @@ class FindDeletedVirtualDrives : public VirtualDriveTest {
  protected:
   // A reply with room for two records, and so many that it counts.
   static Bytes reply_with(uint8_t count) {
-    return virtual_drive_header(count) + untouched_virtual_drive_slot().fill(5799, kUntouched);
+    return virtual_drive_header(count) + untouched_virtual_drive_slot().fill(kVirtualDriveSize, kUntouched);
   }
 
   uint16_t find(std::vector<uint8_t> &reply, int32_t emit) {
@@ -185,10 +185,11 @@ TEST_F(FindDeletedVirtualDrives, GoesOnInTheFirstSlotWhenTheCountWraps) {
 
   const Bytes after(reply);
   EXPECT_EQ(after[3], 1);
-  EXPECT_EQ(after.slice(length_of(255), 5799),
+  EXPECT_EQ(after.slice(length_of(255), kVirtualDriveSize),
             gone_virtual_drive({.controller = 1, .target = 2, .guid = "S", .name = "one"}));
-  EXPECT_EQ(after.slice(17, 5799), gone_virtual_drive({.controller = 4, .target = 5, .guid = "U", .name = "three"},
-                                                      Bytes::repeated(kVirtualDriveSize, 0)));
+  EXPECT_EQ(after.slice(kVirtualDriveHeaderSize, kVirtualDriveSize),
+            gone_virtual_drive({.controller = 4, .target = 5, .guid = "U", .name = "three"},
+                               Bytes::repeated(kVirtualDriveSize, 0)));
   EXPECT_THAT(system_log(), SizeIs(2));
 }
 

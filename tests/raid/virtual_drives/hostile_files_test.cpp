@@ -5,6 +5,7 @@
 #include <fstream>
 #include <random>
 
+#include "raid/virtual_drives/full_record.h"
 #include "raid/virtual_drives/virtual_drive_test.h"
 
 namespace tests {
@@ -60,12 +61,12 @@ TEST_F(HostileVirtualDriveFiles, AnEmptyFileThatGrowsIsAHeader) {
 TEST_F(HostileVirtualDriveFiles, APartialRecordThatIsCompletedMeanwhileStaysPartial) {
   const Bytes second = volume(1).stored();
   files.write(kVirtualDriveStore, volume(0).stored() + second.slice(0, 100));
-  before_call("fread", 1, [&] { append(second.slice(100, 5699)); });
+  before_call("fread", 1, [&] { append(second.slice(100, kVirtualDriveSize - 100)); });
 
   const Reply reply = full();
 
   EXPECT_EQ(reply.bytes(), virtual_drive_reply({volume(0)}));
-  EXPECT_EQ(slot(reply, 1), second.slice(0, 100).fill(5699, kUntouched));
+  EXPECT_EQ(slot(reply, 1), second.slice(0, 100).fill(kVirtualDriveSize - 100, kUntouched));
 }
 
 TEST_F(HostileVirtualDriveFiles, WhatGrewIsNewToTheNextDelta) {
@@ -139,18 +140,21 @@ TEST_F(HostileVirtualDriveFiles, ADirectoryIsAReadError) {
 
 // ---------------------------------------------------------------------------------------------------------- content
 
-// What the conversion makes of any record.
+// What the conversion makes of any record. The number of hot spares that it converts stands in front of them.
 Bytes converted(Bytes record) {
-  const auto reverse = [&record](size_t offset, size_t width) {
-    Bytes reversed;
-    for (size_t i = width; i > 0; --i) reversed.u8(record[offset + i - 1]);
-    record.put(offset, reversed);
-  };
-  reverse(60, 2);
-  for (const size_t offset : {62u, 5225u, 5229u, 5235u, 5239u, 5245u, 5249u, 5254u, 5794u}) reverse(offset, 4);
-  for (const size_t offset : {52u, 5215u, 5770u, 5778u, 5786u}) reverse(offset, 8);
-  for (size_t spare = 0; spare < record[94]; ++spare)
-    for (const size_t offset : {3u, 11u}) reverse(95 + 20 * spare + offset, 8);
+  constexpr size_t kSpares = 95;
+  constexpr size_t kSpareSize = 20;
+  const Bytes no_spares = Bytes::repeated(256 * kSpareSize, 0);
+  record = with_numbers_reversed(record, full_virtual_drive_record(Bytes::Order::kLittle).put(kSpares, no_spares),
+                                 full_virtual_drive_record(Bytes::Order::kBig).put(kSpares, no_spares));
+
+  const Bytes spare_in_little_endian = little_endian().u8(1).u8(2).u8(3).u64(0x0405060708).u64(0x090A0B0C0D).u8(4);
+  const Bytes spare_in_big_endian = big_endian().u8(1).u8(2).u8(3).u64(0x0405060708).u64(0x090A0B0C0D).u8(4);
+  for (size_t i = 0; i < record[kSpares - 1]; ++i) {
+    const size_t place = kSpares + i * kSpareSize;
+    record.put(place,
+               with_numbers_reversed(record.slice(place, kSpareSize), spare_in_little_endian, spare_in_big_endian));
+  }
   return record;
 }
 

@@ -1,6 +1,6 @@
 #include <gmock/gmock.h>
 
-#include "raid/raid_names.h"
+#include "raid/listed_kind.h"
 #include "raid/virtual_drives/virtual_drive_test.h"
 
 namespace tests {
@@ -8,12 +8,6 @@ namespace {
 
 using testing::IsEmpty;
 using testing::MatchesRegex;
-using testing::Values;
-
-// A list that realloc did not give, though it saw no error: this is no failure, and what follows copes with it.
-constexpr host::Verdict kNullAndNoError = {.fails = true, .error = 0};
-
-class NullVirtualDriveLists : public VirtualDriveTest {};
 
 const std::string kNull = "\\(nil\\)";
 const std::string kBlock = "0x[0-9a-f]+";
@@ -25,54 +19,34 @@ std::string missing(const std::string &cur, const std::string &cached) {
          "[A-Za-z ]+\n";
 }
 
-class NullVirtualDriveList : public NullVirtualDriveLists, public testing::WithParamInterface<int> {
- protected:
-  void lose_it() { inject("realloc", GetParam(), kNullAndNoError); }
-};
-
-TEST_P(NullVirtualDriveList, EndsBothPassesAtTheFirstRecord) {
-  store(volumes_below(2));
-  lose_it();
-  files.write_text("/var/mctool_stordebug", "");
-
-  const Reply reply = full();
-
-  EXPECT_EQ(reply.status, 0);
-  EXPECT_EQ(reply.bytes(), virtual_drive_header(0));
-  EXPECT_EQ(slot(reply, 0), volume(0).stored());
-  EXPECT_EQ(slot(reply, 1), untouched_virtual_drive_slot());
-  EXPECT_FALSE(files.exists("/var/mctool_stordebug.txt"));
-}
-
-TEST_P(NullVirtualDriveList, IsTracedWithBothPointersAndAsAnUnreadFile) {
-  store({volume(0)});
+TEST_P(NullList, IsTracedWithBothPointersAndAsAnUnreadFile) {
+  store({0});
   trace_at(3);
-  lose_it();
+  lose();
 
   full();
 
   EXPECT_THAT(trace(), MatchesRegex(GetParam() == kCur ? missing(kNull, kBlock) : missing(kBlock, kNull)));
 }
 
-TEST_P(NullVirtualDriveList, LeavesNothingRememberedAndNothingGone) {
-  remember(volumes_below(2));
-  store(volumes_below(4), 2000);
-  lose_it();
-  EXPECT_EQ(delta().length, 0u);
+TEST_P(NullList, LogsNoneAsGoneAndForgetsThem) {
+  remember(devices_below(2));
+  store(devices_below(4), 2000);
+  lose();
+  delta();
   EXPECT_THAT(system_log(), IsEmpty());
 
-  // Where the exchange made the lost one the cached list, it takes one more call.
   full();
-  EXPECT_EQ(full().bytes(), virtual_drive_reply(volumes_below(4)));
-  store({volume(0)}, 3000);
+  full();
+  store({0}, 3000);
   EXPECT_EQ(delta().length, length_of(3));
 }
 
-INSTANTIATE_TEST_SUITE_P(, NullVirtualDriveList, Values(kCur, kCached));
+class NullVirtualDriveLists : public VirtualDriveTest {};
 
 TEST_F(NullVirtualDriveLists, AFileWithoutAWholeRecordNeedsNone) {
   trace_at(9);
-  for (const size_t size : {0u, 1u, 5798u}) {
+  for (const uint32_t size : {0u, 1u, kVirtualDriveSize - 1}) {
     files.write(kVirtualDriveStore, Bytes::repeated(size, 0x77));
 
     EXPECT_EQ(full().bytes(), virtual_drive_header(0));

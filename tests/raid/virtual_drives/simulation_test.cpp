@@ -1,6 +1,5 @@
-#include <gmock/gmock.h>
+#include "raid/simulation_tests.h"
 
-#include "raid/raid_names.h"
 #include "raid/virtual_drives/virtual_drive_test.h"
 
 namespace tests {
@@ -10,12 +9,13 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Values;
 
-constexpr uint32_t kSimulatedLength = 11615;
+constexpr char kSimulationMarker[] = "/debug/mctool_storage_debug";
+constexpr uint32_t kSimulatedLength = length_of(2);
 
 // What is not named here stays as the buffer held it.
 Bytes simulated_virtual_drive(const std::string &guid, const std::string &name, uint8_t before) {
   const Bytes hot_spare = Bytes::hex("01 01 00  00 00 00 00 00 00 00 00  00 10 00 00 00 00 00 00  00");
-  return Bytes::repeated(5799, before)
+  return Bytes::repeated(kVirtualDriveSize, before)
       .put(0, Bytes::hex("01 01"))  // controller, target
       .put_text(2, guid)
       .put_text(35, name)
@@ -37,10 +37,24 @@ Bytes simulated_virtual_drive(const std::string &guid, const std::string &name, 
 
 // The simulated reply over what the buffer held. Its numbers are little-endian.
 Bytes simulated_virtual_drives(uint8_t before) {
-  return Bytes::hex("28 00 08 02 A7 16 00 00 00").fill(8, before) +
+  return Bytes::hex("28 00 08 02") + little_endian().u32(kVirtualDriveSize).u8(0).fill(8, before) +
          simulated_virtual_drive("GUID-0", "VirtDrive-0", before) +
          simulated_virtual_drive("GUID-1", "VirtDrive-1", before);
 }
+
+}  // namespace
+
+const SimulatedKind kSimulatedKind = {
+    .full = "mc_get_store_virtdrives",
+    .delta = "mc_delta_store_virtdrives",
+    .store = kVirtualDriveStore,
+    .file = virtual_drive_file({volume(0)}),
+    .reply = virtual_drive_reply({volume(0)}),
+    .quiet_delta = Bytes(),
+    .simulation = simulated_virtual_drives(kUntouched),
+};
+
+namespace {
 
 class VirtualDriveSimulation : public VirtualDriveTest {
  protected:
@@ -58,50 +72,6 @@ TEST_F(VirtualDriveSimulation, IsTwoDrives) {
   EXPECT_THAT(reply.requests, IsEmpty());
   EXPECT_EQ(trace(), "");
   EXPECT_THAT(system_log(), IsEmpty());
-}
-
-TEST_F(VirtualDriveSimulation, ReadsAndDumpsNothing) {
-  store({volume(0)});
-  files.write_text("/var/mctool_stordebug", "");
-  files.write_text("/var/mctool_vddebug", "");
-  forget_calls();
-
-  full();
-
-  EXPECT_THAT(calls(), ElementsAre("stat /debug/mctool_storage_debug"));
-}
-
-TEST_F(VirtualDriveSimulation, NeedsNoStoreFile) {
-  files.remove("/var/storctlr_info");
-
-  EXPECT_EQ(full().bytes(), simulated_virtual_drives(kUntouched));
-}
-
-TEST_F(VirtualDriveSimulation, EndsWithItsMarker) {
-  store({volume(0)});
-  full();
-  files.remove(kSimulationMarker);
-
-  EXPECT_EQ(full().bytes(), virtual_drive_reply({volume(0)}));
-}
-
-TEST_F(VirtualDriveSimulation, RemembersNothing) {
-  files.remove(kSimulationMarker);
-  remember({volume(0)});
-  files.write_text(kSimulationMarker, "");
-  full();
-  store({volume(1)}, 1000);
-
-  EXPECT_EQ(delta().length, 0u);
-  store({volume(0)}, 2000);
-  EXPECT_EQ(delta().length, 0u);
-}
-
-TEST_F(VirtualDriveSimulation, IsNotWhatADeltaReports) {
-  store({volume(0)});
-
-  EXPECT_EQ(delta().bytes(), virtual_drive_reply({volume(0)}));
-  EXPECT_EQ(number_of_calls("stat /debug/mctool_storage_debug"), 0);
 }
 
 // ----------------------------------------------------------------------------------------------------------- growth
@@ -132,22 +102,21 @@ TEST_F(VirtualDriveSimulation, AsksForTheByteThatIsMissing) {
   EXPECT_THAT(full({.size = 100}).requests, ElementsAre(kSimulatedLength));
 }
 
-class RefusedVirtualDriveSimulation : public VirtualDriveSimulation, public testing::WithParamInterface<Refusal> {};
+class RefusedVirtualDriveSimulation : public VirtualDriveSimulation, public testing::WithParamInterface<Growth> {};
 
 TEST_P(RefusedVirtualDriveSimulation, IsTooLarge) {
   trace_at(3);
 
-  const Reply reply = full({.size = 100, .growth = {GetParam().first}});
+  const Reply reply = full({.size = 100, .growth = {GetParam()}});
 
   EXPECT_EQ(reply.status, -13);
   EXPECT_EQ(reply.length, 0u);
-  EXPECT_EQ(trace(), "<mc_get_store_virtdrives: 2023> [mc_get_store_virtdrives]Data length(11615) larger than " +
-                         GetParam().second + "\n");
+  EXPECT_EQ(trace(), "<mc_get_store_virtdrives: 2023> [mc_get_store_virtdrives]Data length(" +
+                         std::to_string(kSimulatedLength) + ") larger than " +
+                         std::to_string(size_after(GetParam(), 100, kSimulatedLength)) + "\n");
 }
 
-INSTANTIATE_TEST_SUITE_P(, RefusedVirtualDriveSimulation,
-                         Values(Refusal(Growth::kRefuse, "100"), Refusal(Growth::kGrantLess, "11614"),
-                                Refusal(Growth::kNull, "11615")));
+INSTANTIATE_TEST_SUITE_P(, RefusedVirtualDriveSimulation, every_refusal());
 
 // ------------------------------------------------------------------------------------------------------ entry points
 

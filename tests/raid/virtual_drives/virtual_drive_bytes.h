@@ -9,8 +9,13 @@
 namespace tests {
 
 inline constexpr char kVirtualDriveStore[] = "/var/storvirtdrive_info";
-inline constexpr size_t kVirtualDriveSize = 5799;
-inline constexpr size_t kVirtualDriveHeaderSize = 17;
+inline constexpr uint32_t kVirtualDriveSize = 5799;  // a record's; every other size follows from it
+inline constexpr uint32_t kVirtualDriveHeaderSize = 17;
+
+// The length of a reply, which is also what a file of so many records needs.
+constexpr uint32_t length_of(size_t records) {
+  return static_cast<uint32_t>(kVirtualDriveHeaderSize + records * kVirtualDriveSize);
+}
 
 // A time stamp that reads the same in both byte orders, and one that does not: a delta tells a drive with the second
 // one again whenever the file was written.
@@ -70,7 +75,7 @@ inline Bytes virtual_drive_file(const std::vector<VirtualDrive> &drives) {
 
 // A reply's first 17 bytes; the last eight are not the plug-in's.
 inline Bytes virtual_drive_header(uint8_t count, uint8_t untouched = 0xA5) {
-  return big_endian().u8(0x28).u8(0).u8(8).u8(count).u32(5799).u8(0).fill(8, untouched);
+  return big_endian().u8(0x28).u8(0).u8(8).u8(count).u32(kVirtualDriveSize).u8(0).fill(8, untouched);
 }
 
 // A whole reply; `untouched` is what the buffer held.

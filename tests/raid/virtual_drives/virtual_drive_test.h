@@ -3,10 +3,10 @@
 
 #include <algorithm>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "host/plugin_test.h"
+#include "host/refusal.h"
 #include "raid/virtual_drives/virtual_drive_bytes.h"
 
 namespace tests {
@@ -47,20 +47,16 @@ class VirtualDriveTest : public PluginTest {
   static Bytes slot(const Reply &reply, size_t number) {
     return reply.buffer.slice(kVirtualDriveHeaderSize + kVirtualDriveSize * number, kVirtualDriveSize);
   }
-
-  static uint32_t length_of(uint32_t records) { return 17 + 5799 * records; }
 };
-
-// A way to refuse, and the size that is then said to be granted.
-using Refusal = std::pair<Growth, std::string>;
 
 // The traces of a retrieval.
 inline std::string virtual_drive_trace(int line, const std::string &message) {
   return "<get_store_virtdrives: " + std::to_string(line) + "> [get_store_virtdrives]" + message + "\n";
 }
 
-inline std::string virtual_drives_too_large(const std::string &granted, const std::string &passed_in) {
-  return virtual_drive_trace(1875, "Data length(" + granted + ") larger than " + passed_in);
+inline std::string virtual_drives_too_large(uint32_t granted, uint32_t passed_in) {
+  return virtual_drive_trace(1875,
+                             "Data length(" + std::to_string(granted) + ") larger than " + std::to_string(passed_in));
 }
 
 inline std::string virtual_drive_read_error(const std::string &reason) {
