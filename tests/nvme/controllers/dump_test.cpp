@@ -15,7 +15,7 @@ constexpr char kSwitchLines[] =
     "vendor-id: VEND\nproduct-id: SWITCH48\ncomponent-id: abcd\nproduct-revision: ab\np2p-vendor-id: 1234\n"
     "p2p-device-id: 5678\nrunning-firmware-version: 1.2.3\npending-firmware-version: 1.2.4\nswitch-temperature: 245\n";
 
-const NvmeController kSwitch{
+const NvmeController kDumpedSwitch{
     .name = "SW", .stamp = 0xFFFFFFFE, .status = 6, .drive_count = 200, .type = "NVME-MSWITCH", .temperature = 245};
 
 TEST_F(NvmeControllerDump, APlainControllerHasFiveLines) {
@@ -25,11 +25,11 @@ TEST_F(NvmeControllerDump, APlainControllerHasFiveLines) {
 }
 
 TEST_F(NvmeControllerDump, AHealthySwitchHasNoDescriptions) {
-  EXPECT_EQ(controller(kSwitch), std::string(kSwitchLines) + "switch-status: Optimal\nlink-status: Optimal\n");
+  EXPECT_EQ(controller(kDumpedSwitch), std::string(kSwitchLines) + "switch-status: Optimal\nlink-status: Optimal\n");
 }
 
 TEST_F(NvmeControllerDump, AFaultySwitchHasADescription) {
-  NvmeController record = kSwitch;
+  NvmeController record = kDumpedSwitch;
   record.switch_status = "PCIe error";
 
   EXPECT_EQ(controller(record),
@@ -38,7 +38,7 @@ TEST_F(NvmeControllerDump, AFaultySwitchHasADescription) {
 }
 
 TEST_F(NvmeControllerDump, OnlyAFaultyLinkEndsTheRecordWithAnEmptyLine) {
-  NvmeController record = kSwitch;
+  NvmeController record = kDumpedSwitch;
   record.link_status = "Link degraded";
 
   EXPECT_EQ(controller(record),
@@ -47,7 +47,7 @@ TEST_F(NvmeControllerDump, OnlyAFaultyLinkEndsTheRecordWithAnEmptyLine) {
 }
 
 TEST_F(NvmeControllerDump, BothFaultsAreDescribed) {
-  NvmeController record = kSwitch;
+  NvmeController record = kDumpedSwitch;
   record.switch_status = "";
   record.link_status = "down";
 
@@ -57,14 +57,14 @@ TEST_F(NvmeControllerDump, BothFaultsAreDescribed) {
 }
 
 TEST_F(NvmeControllerDump, AStatusThatBeginsWithOptimalIsShownAsItIs) {
-  NvmeController record = kSwitch;
+  NvmeController record = kDumpedSwitch;
   record.switch_status = "Optimal, running";
 
   EXPECT_EQ(controller(record), std::string(kSwitchLines) + "switch-status: Optimal, running\nlink-status: Optimal\n");
 }
 
 TEST_F(NvmeControllerDump, ATextRunsOnButStaysInTheRecord) {
-  NvmeController record = kSwitch;
+  NvmeController record = kDumpedSwitch;
   record.link_status = std::string(64, 'L');
 
   EXPECT_EQ(controller(record), std::string(kSwitchLines) + "switch-status: Optimal\nlink-status: Moderate_Fault\n" +

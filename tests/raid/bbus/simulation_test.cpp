@@ -4,6 +4,7 @@
 
 #include "host/refusal.h"
 #include "raid/bbus/bbu_test.h"
+#include "raid/raid_names.h"
 
 namespace tests {
 namespace {
@@ -12,7 +13,6 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Values;
 
-constexpr char kSimulationMarker[] = "/debug/mctool_storage_debug";
 constexpr uint32_t kSimulatedSize = bbu_reply_size(2);
 
 // What is not named here stays as the buffer held it: the texts behind their terminators, and everything from byte 85

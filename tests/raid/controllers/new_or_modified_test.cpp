@@ -13,7 +13,7 @@ StorCtlrInfo record(const Controller &controller) {
   return record;
 }
 
-CtlrSummary summary(const Controller &controller) {
+CtlrSummary cached_entry(const Controller &controller) {
   CtlrSummary summary = {};
   summary.index = controller.index;
   strncpy(summary.serial_number, controller.serial.c_str(), sizeof summary.serial_number);
@@ -33,42 +33,42 @@ class NewOrModified : public PluginTest {
 };
 
 TEST_F(NewOrModified, IsZeroForTheSameStamp) {
-  EXPECT_EQ(answer(numbered(1, 7), {summary(numbered(0, 7)), summary(numbered(1, 7))}), 0);
+  EXPECT_EQ(answer(numbered(1, 7), {cached_entry(numbered(0, 7)), cached_entry(numbered(1, 7))}), 0);
 }
 
-TEST_F(NewOrModified, IsOneForAnotherStamp) { EXPECT_EQ(answer(numbered(1, 7), {summary(numbered(1, 8))}), 1); }
+TEST_F(NewOrModified, IsOneForAnotherStamp) { EXPECT_EQ(answer(numbered(1, 7), {cached_entry(numbered(1, 8))}), 1); }
 
 TEST_F(NewOrModified, IsOneForAnotherIndex) {
   Controller moved = numbered(1);
   moved.index = 2;
 
-  EXPECT_EQ(answer(moved, {summary(numbered(1))}), 1);
+  EXPECT_EQ(answer(moved, {cached_entry(numbered(1))}), 1);
 }
 
 TEST_F(NewOrModified, IsOneForAnotherSerialNumber) {
   Controller replaced = numbered(1);
   replaced.serial = "SERIAL-10";
 
-  EXPECT_EQ(answer(replaced, {summary(numbered(1))}), 1);
-  EXPECT_EQ(answer(numbered(1), {summary(replaced)}), 1);
+  EXPECT_EQ(answer(replaced, {cached_entry(numbered(1))}), 1);
+  EXPECT_EQ(answer(numbered(1), {cached_entry(replaced)}), 1);
 }
 
 TEST_F(NewOrModified, LooksNoFurtherThanTheCount) {
   const StorCtlrInfo asked = record(numbered(0));
-  const CtlrSummary cached = summary(numbered(0));
+  const CtlrSummary cached = cached_entry(numbered(0));
 
   EXPECT_EQ(ask(&asked, &cached, 0), 1);
   EXPECT_EQ(ask(&asked, &cached, 1), 0);
 }
 
 TEST_F(NewOrModified, TheFirstOfTwoLikeEntriesDecides) {
-  EXPECT_EQ(answer(numbered(1, 7), {summary(numbered(1, 7)), summary(numbered(1, 8))}), 0);
-  EXPECT_EQ(answer(numbered(1, 7), {summary(numbered(1, 8)), summary(numbered(1, 7))}), 1);
+  EXPECT_EQ(answer(numbered(1, 7), {cached_entry(numbered(1, 7)), cached_entry(numbered(1, 8))}), 0);
+  EXPECT_EQ(answer(numbered(1, 7), {cached_entry(numbered(1, 8)), cached_entry(numbered(1, 7))}), 1);
 }
 
 TEST_F(NewOrModified, IsZeroWithoutARecordOrAList) {
   const StorCtlrInfo asked = record(numbered(0));
-  const CtlrSummary cached = summary(numbered(1));
+  const CtlrSummary cached = cached_entry(numbered(1));
 
   EXPECT_EQ(ask(nullptr, &cached, 1), 0);
   EXPECT_EQ(ask(&asked, nullptr, 1), 0);
@@ -81,7 +81,7 @@ TEST_F(NewOrModified, ASerialNumberThatFillsItsFieldIsComparedWithinIt) {
   filled.serial = filling(31, 'S');
   StorCtlrInfo asked = record(filled);
   asked.firmware_package_build[0] = 'X';
-  CtlrSummary cached = summary(filled);
+  CtlrSummary cached = cached_entry(filled);
   cached.vendor_id = 0x5959;
 
   EXPECT_EQ(ask(&asked, &cached, 1), 0);
@@ -90,7 +90,7 @@ TEST_F(NewOrModified, ASerialNumberThatFillsItsFieldIsComparedWithinIt) {
 TEST_F(NewOrModified, WhatFollowsTheEndOfASerialNumberIsNotCompared) {
   StorCtlrInfo asked = record(numbered(1));
   asked.serial_number[30] = 'X';
-  const CtlrSummary cached = summary(numbered(1));
+  const CtlrSummary cached = cached_entry(numbered(1));
 
   EXPECT_EQ(ask(&asked, &cached, 1), 0);
 }

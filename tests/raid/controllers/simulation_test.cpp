@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "raid/controllers/controller_test.h"
+#include "raid/raid_names.h"
 
 namespace tests {
 namespace {
@@ -11,7 +12,6 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Values;
 
-constexpr char kSimulationMarker[] = "/debug/mctool_storage_debug";
 constexpr uint32_t kSimulatedSize = controller_reply_size(2);
 constexpr uint32_t kLarge = kSimulatedSize + 400;
 

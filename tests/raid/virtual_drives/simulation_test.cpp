@@ -1,5 +1,6 @@
 #include "raid/simulation_tests.h"
 
+#include "raid/raid_names.h"
 #include "raid/virtual_drives/virtual_drive_test.h"
 
 namespace tests {
@@ -9,7 +10,6 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Values;
 
-constexpr char kSimulationMarker[] = "/debug/mctool_storage_debug";
 constexpr uint32_t kSimulatedLength = length_of(2);
 
 // What is not named here stays as the buffer held it.
