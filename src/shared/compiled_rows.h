@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "shared/field.h"
+#include "shared/narrowed.h"
 
 namespace mcserver {
 
@@ -32,7 +33,8 @@ enum class Shown : uint8_t {
 // Is the number passed to its label as a long? Its width differs from one machine to the other.
 constexpr bool takes_long(std::string_view label) { return label.find("%ld") != label.npos; }
 
-consteval Shown shown_as(const Field &field) {
+// `text` is what the value is printed through, as far as that decides.
+consteval Shown shown_as(const Field &field, std::string_view text) {
   switch (field.type) {
     case FieldType::kUnsigned:
       return field.width == 1   ? Shown::kUnsigned8
@@ -41,7 +43,7 @@ consteval Shown shown_as(const Field &field) {
                                 : Shown::kUnsigned64;
     case FieldType::kSigned:
       if (field.width == 1) return Shown::kSigned8;
-      return takes_long(field.label) ? Shown::kLong : Shown::kSigned32;
+      return takes_long(text) ? Shown::kLong : Shown::kSigned32;
     case FieldType::kText:
       return Shown::kText;
     case FieldType::kFlag:
@@ -113,12 +115,12 @@ consteval auto compile() {
   for (size_t row = 0; row < table.size(); ++row) {
     const Field &field = table[row];
     const bool is_short = field.width <= kMostPrintedBytes;
-    compiled.rows[row] = {.text = static_cast<uint16_t>(used),
-                          .offset = static_cast<uint16_t>(field.offset),
-                          .width = is_short ? static_cast<uint8_t>(field.width) : uint8_t{0},
-                          .shown = shown_as(field),
-                          .form = field.meaning.xml.form};
     const char *const text = text_of(field);
+    compiled.rows[row] = {.text = narrowed<uint16_t>(used),
+                          .offset = narrowed<uint16_t>(field.offset),
+                          .width = narrowed<uint8_t>(is_short ? field.width : 0),
+                          .shown = shown_as(field, text ? text : ""),
+                          .form = field.meaning.xml.form};
     for (size_t at = 0; text && (at == 0 || text[at - 1] != '\0'); ++at) compiled.texts[used++] = text[at];
   }
   return compiled;

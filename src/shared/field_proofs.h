@@ -58,12 +58,15 @@ consteval bool conversion_fits(const Field &field, std::string_view conversion) 
   }
 }
 
-// Has the label nothing but conversions that fit, one or two, which show the same value?
+// Has the label nothing but conversions that fit, one or two, which show the same value, both as a long or neither?
 consteval bool label_fits(const Field &field, std::string_view label) {
   size_t conversions = 0;
-  for (size_t at = label.find('%'); at != label.npos; at = label.find('%', at + 1), ++conversions)
+  size_t of_longs = 0;
+  for (size_t at = label.find('%'); at != label.npos; at = label.find('%', at + 1), ++conversions) {
     if (!conversion_fits(field, label.substr(at + 1))) return false;
-  return conversions == 1 || conversions == 2;
+    if (label.substr(at + 1).starts_with("ld")) ++of_longs;
+  }
+  return (conversions == 1 || conversions == 2) && (of_longs == 0 || of_longs == conversions);
 }
 
 consteval bool label_fits(const Field &field) {

@@ -7,6 +7,8 @@
 #include <span>
 #include <type_traits>
 
+#include "shared/narrowed.h"
+
 namespace mcserver {
 
 struct IdentityMember {
@@ -42,8 +44,8 @@ template <const auto &members>
 consteval auto make_identity_places() {
   std::array<IdentityPlace, members.size()> places = {};
   for (size_t i = 0; i < places.size(); ++i)
-    places[i] = {static_cast<uint16_t>(members[i].in_record), static_cast<uint16_t>(members[i].in_summary),
-                 static_cast<uint8_t>(members[i].width), members[i].is_text};
+    places[i] = {narrowed<uint16_t>(members[i].in_record), narrowed<uint16_t>(members[i].in_summary),
+                 narrowed<uint8_t>(members[i].width), members[i].is_text};
   return places;
 }
 

@@ -8,6 +8,7 @@
 #include <span>
 
 #include "shared/field.h"
+#include "shared/narrowed.h"
 
 namespace mcserver {
 
@@ -28,7 +29,7 @@ consteval auto places_in_network_order() {
   size_t filled = 0;
   for (const Field &field : table)
     if (field.order == ByteOrder::kNetwork)
-      places[filled++] = {static_cast<uint16_t>(field.offset), static_cast<uint16_t>(field.width)};
+      places[filled++] = {narrowed<uint16_t>(field.offset), narrowed<uint16_t>(field.width)};
   return places;
 }
 

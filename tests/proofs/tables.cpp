@@ -76,5 +76,16 @@ constexpr records::KindFacts kFacts = {
 };
 static_assert(records::fits_table<kFan, kFacts>());
 
+#if MISTAKE == 12
+constexpr auto kLongText = std::to_array<IdentityMember>({{"name", 0, 0, 300, true}});
+static_assert(kIdentityPlaces<kLongText>.size() == 1);
+#elif MISTAKE == 13
+struct Count {
+  int32_t number;
+};
+constexpr auto kCount = std::to_array<Field>({FIELD(Count, number, "%ld, %d\n")});
+static_assert(describes<Count, kCount>());
+#endif
+
 }  // namespace
 }  // namespace mcserver

@@ -16,6 +16,7 @@ constexpr ListDump kListDump = {"/var/mctool_bbudebug", "/var/mctool_bbudebug.tx
 // The flash-module texts are not part of a record's dump: in the store file they are seldom right.
 constexpr Rows kEnd = lines_of<records::kBbuEnd>;
 constexpr size_t kFlashModuleTexts = row_of(records::kBbuEnd, "tfm_vendor");
+static_assert(records::kBbuEnd.size() == kFlashModuleTexts + 4);
 
 void print_record(const StorBbuInfo *record, FILE *stream) {
   const ShownRecord shown(record);

@@ -22,6 +22,7 @@ constexpr size_t kSlotName = row_of(records::kController, "smbios_pcislotname");
 constexpr size_t kProductName = row_of(records::kController, "product_name");
 constexpr size_t kIsSupported = row_of(records::kController, "is_supported");
 constexpr size_t kTheRest = row_of(records::kController, "reason_not_supported");
+static_assert(kTheRest == 5);  // those above, and none besides
 
 void print_record(const StorCtlrInfo *record, FILE *stream) {
   const ShownRecord shown(record);
