@@ -1,6 +1,6 @@
 // Packed replies: a header, then records.
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <algorithm>
 #include <span>

@@ -1,6 +1,6 @@
 #include "mcstore/decoding.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <algorithm>
 #include <filesystem>

@@ -1,6 +1,6 @@
 #include "mcstore/flash_module.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <array>
 #include <numeric>

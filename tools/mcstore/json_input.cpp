@@ -1,6 +1,6 @@
 #include "mcstore/json_input.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <set>
 #include <vector>

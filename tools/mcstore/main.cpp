@@ -1,8 +1,5 @@
 // mcstore: a host for the plug-in on the command line.
 
-#include <fmt/format.h>
-#include <fmt/ranges.h>
-
 #include <CLI/CLI.hpp>
 #include <cstdio>
 #include <string>

@@ -1,6 +1,6 @@
 #include "mcstore/session.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <cstdio>
 #include <filesystem>

@@ -1,6 +1,6 @@
 #include "mcstore/store_copy.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 #include <sys/stat.h>
 
 #include <algorithm>

@@ -1,9 +1,9 @@
 #include "mcstore/unit.h"
 
-#include <fmt/chrono.h>
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <ctime>
+#include <iterator>
 
 namespace mcstore {
 namespace {
@@ -28,7 +28,11 @@ std::string hours(uint64_t number) {
 // The collector leaves a time that does not apply at 0, or sets all its bits.
 std::string time_stamp(uint64_t number) {
   if (number == 0 || number >= UINT32_MAX) return "none";
-  return fmt::format("{:%Y-%m-%d %H:%M:%S} UTC", fmt::gmtime(static_cast<time_t>(number)));
+  const auto time = static_cast<time_t>(number);
+  struct tm fields = {};
+  char text[32] = "";
+  strftime(text, sizeof text, "%Y-%m-%d %H:%M:%S UTC", gmtime_r(&time, &fields));
+  return text;
 }
 
 }  // namespace

@@ -1,7 +1,6 @@
 #include "mcstore/value.h"
 
-#include <fmt/format.h>
-#include <fmt/ranges.h>
+#include <fmt/core.h>
 
 #include <algorithm>
 #include <string_view>
@@ -37,7 +36,11 @@ std::vector<std::span<const uint8_t>> entries_of(std::span<const uint8_t> record
   return list;
 }
 
-std::string hex_digits(std::span<const uint8_t> bytes) { return fmt::format("{:02x}", fmt::join(bytes, "")); }
+std::string hex_digits(std::span<const uint8_t> bytes) {
+  std::string digits;
+  for (const uint8_t byte : bytes) digits += fmt::format("{:02x}", byte);
+  return digits;
+}
 
 }  // namespace
 
@@ -51,6 +54,15 @@ std::string printable(const std::string &text) {
       result += fmt::format("\\x{:02x}", byte);
   }
   return result;
+}
+
+std::string joined(const std::vector<std::string> &parts, const char *separator) {
+  std::string all;
+  for (const std::string &part : parts) {
+    if (&part != &parts.front()) all += separator;
+    all += part;
+  }
+  return all;
 }
 
 uint64_t raw_number(std::span<const uint8_t> record, const Field &field, Endian endian) {
@@ -115,10 +127,10 @@ std::string entries_text(std::span<const uint8_t> record, const Field &field, si
   for (const auto entry : entries_of(record, field, std::min(count, kMostShown))) {
     std::vector<std::string> parts;
     for (const Field &part : field.entries->fields) parts.push_back(cell_text(entry, part, endian));
-    texts.push_back(fmt::format("{}", fmt::join(parts, "/")));
+    texts.push_back(joined(parts, "/"));
   }
   if (count > texts.size()) texts.push_back(fmt::format("... {} in all", count));
-  return fmt::format("{}", fmt::join(texts, ", "));
+  return joined(texts, ", ");
 }
 
 size_t total_width(std::span<const Field> fields) {

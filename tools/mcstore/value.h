@@ -46,4 +46,7 @@ size_t total_width(std::span<const Field> fields);
 // Text without what would disturb a terminal: other bytes than printable ASCII become \x1b and the like.
 std::string printable(const std::string &text);
 
+// The parts, one behind the other, with separators between them.
+std::string joined(const std::vector<std::string> &parts, const char *separator);
+
 }  // namespace mcstore

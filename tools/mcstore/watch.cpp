@@ -1,7 +1,6 @@
 #include "mcstore/watch.h"
 
-#include <fmt/format.h>
-#include <fmt/ranges.h>
+#include <fmt/core.h>
 
 #include <string_view>
 #include <vector>
@@ -53,7 +52,7 @@ std::string Watcher::report(const ParsedReply &reply) {
   std::vector<std::string> parts;
   for (const std::string_view what : {"new", "modified", "repeated", "gone"})
     if (counts.contains(what)) parts.push_back(fmt::format("{} {}", counts[what], what));
-  return (parts.empty() ? "nothing changed" : fmt::format("{}", fmt::join(parts, ", "))) + '\n' + lines;
+  return (parts.empty() ? "nothing changed" : joined(parts, ", ")) + '\n' + lines;
 }
 
 std::string Watcher::describe(const Device &device) const {
@@ -61,7 +60,7 @@ std::string Watcher::describe(const Device &device) const {
   for (const std::string_view name : kind_.identity)
     if (name != kind_.label) parts.push_back(fmt::format("{} {}", name, device.text(name)));
   const std::string label = device.text(kind_.label);
-  return parts.empty() ? label : fmt::format("{} ({})", label, fmt::join(parts, ", "));
+  return parts.empty() ? label : fmt::format("{} ({})", label, joined(parts, ", "));
 }
 
 }  // namespace mcstore

@@ -1,6 +1,6 @@
 // XML replies: a summary element, then an element for each device, all of them with attributes only.
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <algorithm>
 #include <charconv>
