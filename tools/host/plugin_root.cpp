@@ -3,7 +3,7 @@
 //
 //   LD_PRELOAD=libplugin_root.so MCSERVER_ROOT=DIR ./host
 //
-// This holds for the host's first thread, and for what it opens itself by an absolute path, too.
+// This holds for the host's first thread, and for what it opens itself where the plug-in's files are, too.
 
 #include <cstdio>
 #include <cstdlib>
@@ -12,11 +12,16 @@
 
 namespace {
 
+// A host has files of its own, an interpreter even its whole library: these stay where they are.
+bool may_be_the_plugins(const std::string &path) {
+  return path.starts_with("/var/") || path.starts_with("/debug/") || path == "/etc/product";
+}
+
 class PluginRoot : public host::LibcWatcher {
  public:
   PluginRoot() { unsetenv("LD_PRELOAD"); }  // what the host starts is no host
 
-  std::string resolve(const std::string &path) override { return root_ + path; }
+  std::string resolve(const std::string &path) override { return may_be_the_plugins(path) ? root_ + path : path; }
   host::Verdict before(const std::string &, const std::string &) override { return {}; }
   void on_syslog(int, const std::string &line) override { fprintf(stderr, "syslog: %s\n", line.c_str()); }
 
