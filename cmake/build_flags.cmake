@@ -8,6 +8,9 @@ target_compile_options(mcs_warnings INTERFACE
 
 add_library(mcs_build_flags INTERFACE)
 target_link_libraries(mcs_build_flags INTERFACE mcs_warnings)
+# The same bytes wherever they are built.
+target_compile_options(mcs_build_flags INTERFACE
+  -ffile-prefix-map=${PROJECT_SOURCE_DIR}/= -ffile-prefix-map=${PROJECT_BINARY_DIR}=build)
 
 # Sanitizers look at what is under test. In the tests themselves they would cost as much time again.
 add_library(mcs_test_flags INTERFACE)

@@ -8,6 +8,10 @@ install(TARGETS mcserver_storage EXPORT mcserver_storage
   INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 install(FILES include/mcserver_storage.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development)
 install(FILES docs/man/mcserver_storage.7 DESTINATION ${CMAKE_INSTALL_MANDIR}/man7 COMPONENT development)
+install(FILES docs/integration.md docs/formats.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development)
+install(FILES
+  docs/examples/host.c docs/examples/host.py docs/examples/host_symbols.c docs/examples/host_symbols.h
+  DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples COMPONENT development)
 
 # find_package(mcserver_storage). The major version is the interface's.
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/mcserver_storageConfigVersion.cmake
@@ -33,6 +37,8 @@ install(FILES ${pkgconfig_file} DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig CO
 if(MCS_TOOLS)
   install(TARGETS mcstore COMPONENT tools)
   install(FILES docs/man/mcstore.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tools)
+  install(FILES docs/examples/inventory.json docs/examples/inventory-later.json
+    DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples COMPONENT tools)
   install(FILES packaging/completions/mcstore.bash RENAME mcstore
     DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT tools)
   install(FILES packaging/completions/_mcstore DESTINATION ${MCS_ZSH_COMPLETION_DIR} COMPONENT tools)

@@ -1,56 +1,14 @@
 /*
  * A small host: it shows the RAID controllers, then reads lines and answers each with what has changed since.
+ * host_symbols.c is the other part of it.
  */
 #include <arpa/inet.h>
 #include <dlfcn.h>
 #include <stdio.h>
 #include <stdlib.h>
-#include <string.h>
 
+#include "host_symbols.h"
 #include "mcserver_storage.h"
-
-/* ---------------------------------------------------------------- the host symbols */
-
-int32_t mc_debug_level = 0; /* 3 or more: the plug-in traces to outfp */
-int32_t use_cmclog = 0;
-FILE *outfp = NULL;
-
-/* The reply buffer, which is what `ctx` points to. No simulated reply needs more than 64 KiB: that never moves. */
-struct reply {
-  uint8_t *bytes;
-  uint32_t size;
-};
-enum { FIRST_SIZE = 64 * 1024, LARGEST_SIZE = 64 * 1024 * 1024 };
-
-uint8_t *mc_grow_attribute_buffer(void *ctx, uint32_t size, uint32_t *available) {
-  struct reply *reply = ctx;
-  uint8_t *grown = size <= LARGEST_SIZE ? realloc(reply->bytes, size) : NULL;
-  if (grown) {
-    reply->bytes = grown;
-    reply->size = size;
-  }
-  *available = reply->size; /* less than `size` is a refusal */
-  return reply->bytes;
-}
-
-int memset_s(void *dest, size_t dest_size, int fill, size_t count) {
-  if (count > dest_size) return -1;
-  memset(dest, fill, count);
-  return 0;
-}
-
-/* As strncpy: up to the NUL, then NULs. A text that fills its field has none. */
-int strncpy_s(char *dest, size_t dest_size, const char *src, size_t count) {
-  if (count > dest_size) return -1;
-  strncpy(dest, src, count);
-  return 0;
-}
-
-int memcpy_s(void *dest, size_t dest_size, const void *src, size_t count) {
-  if (count > dest_size) return -1;
-  memcpy(dest, src, count);
-  return 0;
-}
 
 /* ---------------------------------------------------------------- one call, and what it brought */
 

@@ -5,15 +5,25 @@ SECTION = "libs"
 LICENSE = "Apache-2.0"
 LIC_FILES_CHKSUM = "file://LICENSE;md5=3b83ef96387f14655fc854ddc3c6bd57"
 
-# The release tarball, in a directory "files" beside this recipe. Its own script/release-tarball writes it.
-SRC_URI = "file://mcserver_storage-${PV}.tar.gz"
-S = "${WORKDIR}/mcserver_storage-${PV}"
+# The release tarball, in a directory "files" beside this recipe. Its own script/release-tarball writes it. It unpacks to
+# where every release of bitbake's layers looks for sources by itself, before and after UNPACKDIR.
+SRC_URI = "file://mcserver-storage-${PV}.tar.gz"
 
 inherit cmake pkgconfig
 
-# The plug-in alone: mcstore and the tests need libraries that an image has no other use for.
-EXTRA_OECMAKE = "-DCMAKE_BUILD_TYPE=Release -DMCS_TOOLS=OFF -DBUILD_TESTING=OFF"
+EXTRA_OECMAKE = "-DCMAKE_BUILD_TYPE=Release -DCMAKE_UNITY_BUILD=ON -DBUILD_TESTING=OFF"
+
+# mcstore, in a package of its own. The recipes that it takes are meta-oe's. None of them is on the image: three are
+# headers, and pugixml is linked in, so its recipe must keep the static library (-DBUILD_SHARED_LIBS=OFF).
+# PACKAGECONFIG:remove = "tools" builds the plug-in alone.
+PACKAGECONFIG ??= "tools"
+PACKAGECONFIG[tools] = "-DMCS_TOOLS=ON,-DMCS_TOOLS=OFF,cli11 fmt nlohmann-json pugixml"
+
+PACKAGES =+ "${PN}-tools"
+FILES:${PN}-tools = "${bindir}/mcstore ${datadir}/bash-completion ${datadir}/zsh"
+# It loads the plug-in when it runs, which nothing but this line tells.
+RDEPENDS:${PN}-tools = "${PN}"
 
 FILES:${PN} = "${libdir}/libmcserver_storage.so.*"
 FILES:${PN}-dev = "${includedir} ${libdir}/libmcserver_storage.so ${libdir}/cmake ${libdir}/pkgconfig"
-FILES:${PN}-doc = "${mandir}"
+FILES:${PN}-doc = "${mandir} ${docdir}"
