@@ -162,6 +162,19 @@ int watch_all(Session &session, Calls calls) {
 
 }  // namespace
 
+std::vector<std::string> kind_names() {
+  std::vector<std::string> names;
+  for (const Kind &kind : kinds()) names.emplace_back(kind.name);
+  return names;
+}
+
+std::vector<std::string> decodable_kind_names() {
+  std::vector<std::string> names;
+  for (const Kind &kind : kinds())
+    if (!kind.decoder.empty()) names.emplace_back(kind.name);
+  return names;
+}
+
 int get(const SessionOptions &session_options, const GetOptions &options) {
   Session session(session_options);
   if (options.kind == kAllKinds) return get_all(session, options.format);

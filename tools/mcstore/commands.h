@@ -16,6 +16,10 @@ inline constexpr int kUsage = 2;
 // Instead of a kind's name: every kind, one after the other.
 inline constexpr char kAllKinds[] = "all";
 
+// The names that the command line offers; it need not see the tables of the kinds.
+std::vector<std::string> kind_names();
+std::vector<std::string> decodable_kind_names();
+
 struct GetOptions {
   std::string kind;
   std::string format = "table";

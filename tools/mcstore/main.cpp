@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "mcstore/commands.h"
-#include "mcstore/kind.h"
 #include "mcstore/reply_memory.h"
 
 namespace mcstore {
@@ -32,18 +31,15 @@ void add_session_options(CLI::App &command, SessionOptions &options) {
 }
 
 CLI::Option *add_kind(CLI::App &command, std::string &kind) {
-  std::vector<std::string> names = {kAllKinds};
-  for (const Kind &one : kinds()) names.emplace_back(one.name);
+  std::vector<std::string> names = kind_names();
+  names.insert(names.begin(), kAllKinds);
   return command.add_option("KIND", kind, "What to show")->type_name("")->check(CLI::IsMember(names));
 }
 
 void add_decodable_kinds(CLI::App &command, std::vector<std::string> &chosen) {
-  std::vector<std::string> names;
-  for (const Kind &one : kinds())
-    if (!one.decoder.empty()) names.emplace_back(one.name);
   command.add_option("KIND", chosen, "What to decode; everything if there is none")
       ->type_name("")
-      ->check(CLI::IsMember(names));
+      ->check(CLI::IsMember(decodable_kind_names()));
 }
 
 int run(int argc, char **argv) {
