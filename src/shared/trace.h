@@ -20,8 +20,8 @@ inline bool trace_is_on() { return use_cmclog == 0 && mc_debug_level > 2 && outf
 inline constexpr char kStorageSource[] = "mcserver_storage.cpp";
 inline constexpr char kNvmeSource[] = "mcserver_nvme.cpp";
 
-// A time as a message shows it: its decimal value is printed with %lld, and its ctime text with %s. ctime's own buffer
-// lasts only until the next call, hence the copy; a time that has no text gives an empty one.
+// A time as a message shows it: its decimal value is printed with %lld, and its ctime text with %s. A time that has no
+// text gives an empty one.
 class CtimeText {
  public:
   explicit CtimeText(time_t time);

@@ -176,12 +176,12 @@ void *realloc(void *block, size_t size) noexcept {
 
 // -------------------------------------------------------------------------------------------------------------- time
 
-#define CTIME(name, type)                                                             \
-  char *name(const type *time) noexcept {                                             \
-    const Call call("ctime");                                                         \
-    return call.end(call.fails() ? nullptr : NEXT(char *(const type *), name)(time)); \
+#define LOCALTIME_R(name, type)                                                                               \
+  struct tm *name(const type *__restrict time, struct tm *__restrict out) noexcept {                          \
+    const Call call("localtime_r");                                                                           \
+    return call.end(call.fails() ? nullptr : NEXT(struct tm * (const type *, struct tm *), name)(time, out)); \
   }
-CTIME(ctime, time_t)
-CTIME(__ctime64, void)
+LOCALTIME_R(localtime_r, time_t)
+LOCALTIME_R(__localtime64_r, void)
 
 }  // extern "C"

@@ -4,6 +4,6 @@
 
 int main(int argc, char **argv) {
   testing::InitGoogleTest(&argc, argv);
-  setenv("TZ", "UTC0", 1);  // before the first ctime
+  setenv("TZ", "UTC0", 1);  // before a time is shown
   return RUN_ALL_TESTS();
 }

@@ -56,6 +56,12 @@ std::string StoreDirectory::read(const std::string &path) const {
 
 bool StoreDirectory::exists(const std::string &path) const { return std::filesystem::exists(real(path)); }
 
+int64_t StoreDirectory::modified(const std::string &path) const {
+  struct stat about;
+  if (stat(real(path).c_str(), &about) != 0) throw std::runtime_error("cannot look at " + path);
+  return about.st_mtime;
+}
+
 bool StoreDirectory::is_unlocked(const std::string &path) const {
   const int fd = open(real(path).c_str(), O_RDONLY | O_CLOEXEC);
   if (fd == -1) return true;  // nothing there to be locked

@@ -33,6 +33,9 @@ class StoreDirectory {
   std::string read(const std::string &path) const;
   bool exists(const std::string &path) const;
 
+  // The file's time stamp, as the file system keeps it.
+  int64_t modified(const std::string &path) const;
+
   // Could a writer take the exclusive lock on this file now?
   bool is_unlocked(const std::string &path) const;
 

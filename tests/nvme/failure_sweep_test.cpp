@@ -86,7 +86,7 @@ INSTANTIATE_TEST_SUITE_P(OfAnyCall, NvmeFailureSweep,
                          Combine(Values(failure("fopen", ENOENT), failure("fopen", EMFILE), failure("fclose", EIO),
                                         failure("fread", EIO), failure("fileno", EBADF), failure("flock", ENOLCK),
                                         failure("stat", EACCES), failure("realloc", ENOMEM), failure("calloc", ENOMEM),
-                                        failure("ctime", EOVERFLOW)),
+                                        failure("localtime_r", EOVERFLOW)),
                                  Values(kControllers, kDrives), once_and_from_there_on()));
 
 INSTANTIATE_TEST_SUITE_P(OfAnImage, NvmeFailureSweep,

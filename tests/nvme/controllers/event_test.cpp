@@ -220,7 +220,7 @@ TEST_F(NvmeControllerEvents, AFullNameIsKeptOfADeletedController) {
 
 TEST_F(NvmeControllerEvents, ATimeWithoutATextIsLoggedWithoutOne) {
   store(kMainPower, {});
-  fail("ctime", 1, EOVERFLOW);
+  fail("localtime_r", 1, EOVERFLOW);
 
   event();
 

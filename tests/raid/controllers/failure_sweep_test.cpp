@@ -107,7 +107,7 @@ INSTANTIATE_TEST_SUITE_P(OfAFirstCall, FailureSweep,
                                  once_and_from_there_on()));
 
 INSTANTIATE_TEST_SUITE_P(OfADelta, FailureSweep,
-                         Combine(Values(failure("ctime", EOVERFLOW)),
+                         Combine(Values(failure("localtime_r", EOVERFLOW)),
                                  Values(DisturbedCall::kFirstDelta, DisturbedCall::kDelta), once_and_from_there_on()));
 
 INSTANTIATE_TEST_SUITE_P(OfADeltaWithGoneControllers, FailureSweep,
