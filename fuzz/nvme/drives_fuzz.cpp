@@ -4,6 +4,7 @@
 
 #include "fuzz/host/target.h"
 #include "mcserver_storage.h"
+#include "records/nvme_drive_record.h"
 
 namespace {
 
@@ -28,9 +29,8 @@ std::string store_file(fuzz::Choices &choices) {
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
   static const fuzz::Target kTarget = {
-      .lock = "/var/nvmectlr_info",
-      .store = "/var/nvmephydrive_info",
-      .empty_store = std::string(5, '\0'),
+      .facts = mcserver::records::kNvmeDriveFacts,
+      .empty_store = fuzz::record_filled_with<mcserver::records::NvmeDriveFileHeader>(0),
       .store_file = store_file,
       .record_marker = nullptr,
       .list_marker = nullptr,

@@ -2,6 +2,7 @@
 
 #include "fuzz/host/target.h"
 #include "mcserver_storage.h"
+#include "records/bbu_record.h"
 
 namespace {
 
@@ -34,8 +35,7 @@ std::string image(fuzz::Choices &choices) {
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
   static const fuzz::Target kTarget = {
-      .lock = "/var/storctlr_info",
-      .store = "/var/storBBU_info",
+      .facts = mcserver::records::kBbuFacts,
       .empty_store = "",
       .store_file = store_file,
       .record_marker = "/var/mctool_stordebug",

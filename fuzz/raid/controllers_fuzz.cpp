@@ -2,6 +2,7 @@
 
 #include "fuzz/host/target.h"
 #include "mcserver_storage.h"
+#include "records/controller_record.h"
 
 namespace {
 
@@ -26,9 +27,8 @@ std::string store_file(fuzz::Choices &choices) {
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
   static const fuzz::Target kTarget = {
-      .lock = "/var/storctlr_info",
-      .store = "/var/storctlr_info",
-      .empty_store = std::string(1, '\0'),
+      .facts = mcserver::records::kControllerFacts,
+      .empty_store = fuzz::record_filled_with<mcserver::records::ControllerFileHeader>(0),
       .store_file = store_file,
       .record_marker = "/var/mctool_stordebug",
       .list_marker = "/var/mctool_ctlrdebug",

@@ -2,6 +2,7 @@
 
 #include "fuzz/host/target.h"
 #include "mcserver_storage.h"
+#include "records/drive_record.h"
 
 namespace {
 
@@ -25,9 +26,8 @@ std::string store_file(fuzz::Choices &choices) {
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
   static const fuzz::Target kTarget = {
-      .lock = "/var/storctlr_info",
-      .store = "/var/storphydrive_info",
-      .empty_store = std::string(4, '\0'),
+      .facts = mcserver::records::kDriveFacts,
+      .empty_store = fuzz::record_filled_with<mcserver::records::DriveFileHeader>(0),
       .store_file = store_file,
       .record_marker = "/var/mctool_stordebug",
       .list_marker = "/var/mctool_pddebug",

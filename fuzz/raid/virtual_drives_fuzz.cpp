@@ -5,6 +5,7 @@
 
 #include "fuzz/host/target.h"
 #include "mcserver_storage.h"
+#include "records/virtual_drive_record.h"
 
 namespace {
 
@@ -30,8 +31,7 @@ std::string store_file(fuzz::Choices &choices) {
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
   static const fuzz::Target kTarget = {
-      .lock = "/var/storctlr_info",
-      .store = "/var/storvirtdrive_info",
+      .facts = mcserver::records::kVirtualDriveFacts,
       .empty_store = "",
       .store_file = store_file,
       .record_marker = "/var/mctool_stordebug",
