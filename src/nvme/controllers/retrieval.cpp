@@ -144,7 +144,7 @@ EXPORTED int32_t get_nvme_controller_info(void *ctx, uint8_t *reply, uint32_t re
   if (!reader.at_end())
     SYSTEM_LOG(kNvmeSource, 751, "Error reading file %s, %s\n", kNvmeLock.path, strerror(reader.error()));
 
-  store.release();  // before the deletion pass, unlike for drives
+  store.release();  // before the gone ones are appended, unlike for drives
   if (event)
     add_deleted_nvme_ctlrs(image.bytes(), static_cast<uint16_t>(lists.cur_count()), lists.cur(),
                            lists.comparable_count(), lists.cached());
