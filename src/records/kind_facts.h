@@ -2,6 +2,7 @@
 // plug-in, its decoders, the tool, the documents and the fuzz targets take them from there.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -35,6 +36,17 @@ struct KindFacts {
 // Not constant: facts that come to this do not compile.
 void identity_member_is_no_field_of_the_record();
 void gone_mark_is_no_field_of_the_record();
+void gone_mark_is_neither_a_plain_number_nor_a_word_of_a_status();
+
+// Is the value shown as it stands, or as its word? mcstore knows a gone device by what is shown: a flag, a unit or
+// another base would hide it.
+consteval bool shows_gone_mark(const Field &field, uint8_t value) {
+  if (field.type == FieldType::kStatus)
+    return std::ranges::find(field.meaning.words, value, &Word::value) != field.meaning.words.end();
+  return field.type == FieldType::kUnsigned && field.meaning.unit == Unit::kNone &&
+         field.meaning.base == Base::kDecimal &&
+         std::ranges::find(field.meaning.none, value) == field.meaning.none.end();
+}
 
 // Proves that the table has what the facts name.
 template <const auto &table, const KindFacts &facts>
@@ -43,8 +55,10 @@ consteval bool fits_table() {
     const size_t row = find_row(table, member.name);
     if (row == table.size() || table[row].offset != member.in_record) identity_member_is_no_field_of_the_record();
   }
-  const std::string_view gone = facts.gone.field;
-  if (!gone.empty() && find_row(table, gone) == table.size()) gone_mark_is_no_field_of_the_record();
+  if (facts.gone.field.empty()) return true;
+  const size_t gone = find_row(table, facts.gone.field);
+  if (gone == table.size()) gone_mark_is_no_field_of_the_record();
+  if (!shows_gone_mark(table[gone], facts.gone.value)) gone_mark_is_neither_a_plain_number_nor_a_word_of_a_status();
   return true;
 }
 

@@ -30,7 +30,8 @@ enum {
   kNoXml,
   kNoNumber,
   kIdentity,
-  kGone
+  kGone,
+  kGoneText = 14
 };
 
 constexpr Word kSpeeds[] = {{0, "stopped"}};
@@ -71,7 +72,10 @@ constexpr records::KindFacts kFacts = {
     .lock_path = "/var/storctlr_info",
     .store_path = "/var/storfan_info",
     .identity = kIdentityMembers,
-    .gone = {MISTAKE == kGone ? "status" : "speed", 0},
+    .gone = {MISTAKE == kGone       ? "status"
+             : MISTAKE == kGoneText ? "name"
+                                    : "speed",
+             0},
     .greatest_count = 255,
 };
 static_assert(records::fits_table<kFan, kFacts>());

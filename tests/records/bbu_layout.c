@@ -37,6 +37,7 @@ AT(StorBbuInfo, capacitor_data.design_capacity, 74, 2);
 AT(StorBbuInfo, capacitor_data.pack_energy, 76, 2);
 AT(StorBbuInfo, capacitor_data.remaining_pool_space, 78, 1);
 AT(StorBbuInfo, capacitor_data.unused, 79, 6);
+_Static_assert(sizeof(StorBbuCapacitor) == 12, "a capacitor's data end at byte 85");
 
 AT(StorBbuInfo, battery_data.retention_time, 73, 1);
 AT(StorBbuInfo, battery_data.relative_state_of_charge, 74, 1);
@@ -46,6 +47,7 @@ AT(StorBbuInfo, battery_data.design_capacity, 77, 2);
 AT(StorBbuInfo, battery_data.full_capacity, 79, 2);
 AT(StorBbuInfo, battery_data.remaining_capacity, 81, 2);
 AT(StorBbuInfo, battery_data.completed_charge_cycles, 83, 2);
+_Static_assert(sizeof(StorBbuBattery) == 12, "a battery's data end at byte 85");
 
 AT(BbuSummary, controller_index, 0, 1);
 AT(BbuSummary, mod_timestamp, 4, 4);

@@ -8,6 +8,7 @@
 #include <exception>
 #include <iterator>
 #include <span>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -80,6 +81,7 @@ std::string fact(std::string_view name, const std::string &value) { return fmt::
 std::string gone_text(const Kind &kind) {
   if (kind.gone_field.empty()) return "not reported";
   const std::vector<std::string> written = notes_about(kind, Place::kGone);
+  if (written.empty()) throw std::logic_error(fmt::format("no note tells what is written of gone {}", kind.name));
   return fmt::format("{} {}; beside it: {}", code(kind.gone_field), kind.gone_text, fmt::join(written, "; "));
 }
 
