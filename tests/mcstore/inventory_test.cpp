@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "host/bytes.h"
+#include "raid/controllers/controller_bytes.h"
 
 namespace tests {
 namespace {
@@ -34,16 +35,16 @@ TEST(Inventory, WritesTheHeaderAndLittleEndianRecords) {
       {"index": 3, "controller": "SLOT-3", "is_supported": true, "vendor_id": 258, "memory_size": 72623859790382856,
        "patrol_read_percent_complete": -2, "mod_timestamp": -3, "reserved": "0a0B"}, {"index": 4}]}})");
 
-  Bytes record = Bytes::repeated(1294, 0);
+  Bytes record = Bytes::repeated(kControllerSize, 0);
   record.put(0, Bytes::hex("03")).put_text(1, "SLOT-3").put(104, Bytes::hex("01")).put(255, Bytes::hex("02 01"));
   record.put(790, Bytes::hex("08 07 06 05 04 03 02 01")).put(817, Bytes::hex("fe"));
   record.put(827, Bytes::hex("fd ff ff ff")).put(966, Bytes::hex("0a 0b"));
-  EXPECT_EQ(store, Bytes::hex("02") + record + Bytes::repeated(1294, 0).put(0, Bytes::hex("04")));
+  EXPECT_EQ(store, Bytes::hex("02") + record + Bytes::repeated(kControllerSize, 0).put(0, Bytes::hex("04")));
 }
 
 TEST(Inventory, WhatIsLeftOutIsZero) {
   EXPECT_EQ(only_store(R"({"controllers": {}})"), Bytes::hex("00"));
-  EXPECT_EQ(only_store(R"({"controllers": {"records": [{}]}})"), Bytes::repeated(1295, 0));
+  EXPECT_EQ(only_store(R"({"controllers": {"records": [{}]}})"), Bytes::repeated(1 + kControllerSize, 0));
 }
 
 TEST(Inventory, TakesTheLimitsOfEveryWidth) {
