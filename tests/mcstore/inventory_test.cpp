@@ -2,7 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
+#include <iterator>
+#include <set>
+
 #include "host/bytes.h"
+#include "mcstore/kind.h"
+#include "mcstore/shown_json.h"
 #include "raid/controllers/controller_bytes.h"
 
 namespace tests {
@@ -103,6 +109,25 @@ TEST(Inventory, RefusesUnknownAndRepeatedKeys) {
   EXPECT_EQ(complaint(R"({"controllers": {"state": 2}})"), "controllers.state: is not a field of this object");
   EXPECT_EQ(complaint(with_field(R"("vendr": "x")")), "controllers.records[0].vendr: is not a field of this object");
   EXPECT_EQ(complaint(with_field(R"("index": 1, "index": 2)")), "index: this key stands twice in one object");
+}
+
+// Texts may be empty everywhere, and bytes unused. Each other field has a value somewhere, in both.
+TEST(Inventory, OfTheExamplesLeavesNothingOutButTextsAndBytes) {
+  for (const char *name : {"inventory.json", "inventory-later.json"}) {
+    std::ifstream file(std::string(PROJECT_DIRECTORY "/docs/examples/") + name);
+    const ShownJson inventory(std::string(std::istreambuf_iterator<char>(file), {}));
+
+    for (const mcstore::Kind &kind : mcstore::kinds()) {
+      if (kind.store_path.empty()) continue;
+      const ShownJson records = inventory[std::string(kind.name)]["records"];
+      std::set<std::string> keys;
+      for (size_t i = 0; i < records.size(); ++i)
+        for (const std::string &key : records[i].keys()) keys.insert(key);
+      for (const mcserver::Field &field : kind.fields)
+        if (field.type != mcserver::FieldType::kText && field.type != mcserver::FieldType::kBytes)
+          EXPECT_TRUE(keys.contains(field.name)) << name << ", " << kind.name << ": " << field.name;
+    }
+  }
 }
 
 TEST(Inventory, TellsWhereJsonIsBroken) {
