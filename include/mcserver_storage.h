@@ -238,8 +238,8 @@ typedef struct StoreReplyHeader {
  * A null buf is refused with MC_STORE_UNAVAILABLE and leaves *len alone.
  *
  * While the file /debug/mctool_storage_debug exists, the reply is a made-up inventory of two controllers, whose
- * numbers, the header's record size included, are little-endian. It needs 2606 bytes and is written to `buf` itself:
- * a host that answers the request to grow by moving its buffer must keep the old one valid during the call.
+ * numbers, the header's record size included, are little-endian. It is written to `buf` itself: a host that answers the
+ * request to grow by moving its buffer must keep the old one valid during the call.
  */
 int32_t mc_get_store_ctrls(void *ctx, uint8_t *buf, uint32_t bufsize, uint32_t *len);
 
@@ -401,8 +401,8 @@ typedef struct PhyDriveReplyHeader {
  * A null buf is refused with MC_STORE_UNAVAILABLE and leaves *len alone.
  *
  * While the file /debug/mctool_storage_debug exists, the reply is a made-up inventory with little-endian numbers. It
- * announces two drives in 926 bytes, but a third record is written behind them: a host that wants to try this must
- * pass, or grant, a buffer of at least 1379 bytes.
+ * announces two drives, but a third record is written behind them: a host that wants to try this must pass, or grant, a
+ * buffer for three.
  */
 int32_t mc_get_store_phydrives(void *ctx, uint8_t *buf, uint32_t bufsize, uint32_t *len);
 
@@ -552,7 +552,7 @@ typedef struct BbuReplyHeader {
  * A null buf is refused with MC_STORE_UNAVAILABLE and leaves *len alone.
  *
  * While the file /debug/mctool_storage_debug exists, the reply is a made-up inventory of a battery and a capacitor,
- * with little-endian numbers. It needs 339 bytes.
+ * with little-endian numbers.
  */
 int32_t mc_get_store_bbu(void *ctx, uint8_t *buf, uint32_t bufsize, uint32_t *len);
 
@@ -721,7 +721,7 @@ typedef struct VirtDriveReplyHeader {
  * A null buf is refused with MC_STORE_UNAVAILABLE and leaves *len alone.
  *
  * While the file /debug/mctool_storage_debug exists, the reply is a made-up inventory of two drives with little-endian
- * numbers. It needs 11615 bytes.
+ * numbers.
  */
 int32_t mc_get_store_virtdrives(void *ctx, uint8_t *buf, uint32_t bufsize, uint32_t *len);
 
@@ -862,7 +862,7 @@ typedef struct NvmeDriveSummary {
 typedef struct NvmeCtlrImageHeader {
   uint8_t state;
   uint8_t count;        /* of the records, modulo 256 */
-  uint32_t record_size; /* 262 */
+  uint32_t record_size; /* sizeof(NvmeCtlrInfo) */
   uint8_t zero[8];
 } MC_STORE_PACKED NvmeCtlrImageHeader;
 
@@ -871,7 +871,7 @@ typedef struct NvmeDriveImageHeader {
   uint8_t one;
   uint16_t max_entries; /* as the store file announces */
   uint16_t count;       /* of the records, modulo 65536 */
-  uint32_t record_size; /* 356 */
+  uint32_t record_size; /* sizeof(NvmePhyDriveInfo) */
   uint8_t zero[8];
 } MC_STORE_PACKED NvmeDriveImageHeader;
 

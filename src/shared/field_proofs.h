@@ -35,6 +35,8 @@ template <RowName row>
 void xml_form_does_not_fit_the_field();
 template <RowName row>
 void row_has_no_xml_attribute();
+template <RowName row>
+void row_is_not_shown_once();
 
 // Does the conversion take an argument of the field's type?
 consteval bool conversion_fits(const Field &field, std::string_view conversion) {
@@ -180,5 +182,19 @@ consteval bool makes_attributes() {
 }
 
 #undef MCS_PROVE_ROWS
+
+template <size_t Rows>
+constexpr bool has_once(const std::array<Field, Rows> &shown, const Field &field) {
+  return std::ranges::count(shown, field.offset, &Field::offset) == 1;
+}
+
+// Proves that lists which show a record in another order than its own have each printed row of the table, once.
+template <const auto &table, const auto &...lists>
+consteval bool is_shown_by() {
+  constexpr size_t row = first_without(
+      table, +[](const Field &field) { return field.label == nullptr || (has_once(lists, field) + ... + 0) == 1; });
+  if constexpr (row < table.size()) row_is_not_shown_once<RowName(table[row].name)>();
+  return true;
+}
 
 }  // namespace mcserver

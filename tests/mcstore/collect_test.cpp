@@ -7,6 +7,7 @@
 #include <thread>
 
 #include "mcstore/command_line.h"
+#include "raid/controllers/controller_bytes.h"
 
 namespace tests {
 namespace {
@@ -32,7 +33,7 @@ TEST_F(Collect, WritesTheStoreFile) {
   const Outcome outcome = collect(kInventory);
 
   EXPECT_EQ(outcome.exit_code, 0) << outcome.err;
-  EXPECT_EQ(files.read(kStore), std::string("\x02\x07") + std::string(1293, '\0'));
+  EXPECT_EQ(files.read(kStore), std::string("\x02\x07") + std::string(kControllerSize - 1, '\0'));
 }
 
 TEST_F(Collect, SetsTheModificationTime) {

@@ -2,7 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
+#include <iterator>
+#include <set>
+
 #include "host/bytes.h"
+#include "mcstore/kind.h"
+#include "mcstore/shown_json.h"
+#include "raid/controllers/controller_bytes.h"
 
 namespace tests {
 namespace {
@@ -34,16 +41,16 @@ TEST(Inventory, WritesTheHeaderAndLittleEndianRecords) {
       {"index": 3, "controller": "SLOT-3", "is_supported": true, "vendor_id": 258, "memory_size": 72623859790382856,
        "patrol_read_percent_complete": -2, "mod_timestamp": -3, "reserved": "0a0B"}, {"index": 4}]}})");
 
-  Bytes record = Bytes::repeated(1294, 0);
+  Bytes record = Bytes::repeated(kControllerSize, 0);
   record.put(0, Bytes::hex("03")).put_text(1, "SLOT-3").put(104, Bytes::hex("01")).put(255, Bytes::hex("02 01"));
   record.put(790, Bytes::hex("08 07 06 05 04 03 02 01")).put(817, Bytes::hex("fe"));
   record.put(827, Bytes::hex("fd ff ff ff")).put(966, Bytes::hex("0a 0b"));
-  EXPECT_EQ(store, Bytes::hex("02") + record + Bytes::repeated(1294, 0).put(0, Bytes::hex("04")));
+  EXPECT_EQ(store, Bytes::hex("02") + record + Bytes::repeated(kControllerSize, 0).put(0, Bytes::hex("04")));
 }
 
 TEST(Inventory, WhatIsLeftOutIsZero) {
   EXPECT_EQ(only_store(R"({"controllers": {}})"), Bytes::hex("00"));
-  EXPECT_EQ(only_store(R"({"controllers": {"records": [{}]}})"), Bytes::repeated(1295, 0));
+  EXPECT_EQ(only_store(R"({"controllers": {"records": [{}]}})"), Bytes::repeated(1 + kControllerSize, 0));
 }
 
 TEST(Inventory, TakesTheLimitsOfEveryWidth) {
@@ -102,6 +109,25 @@ TEST(Inventory, RefusesUnknownAndRepeatedKeys) {
   EXPECT_EQ(complaint(R"({"controllers": {"state": 2}})"), "controllers.state: is not a field of this object");
   EXPECT_EQ(complaint(with_field(R"("vendr": "x")")), "controllers.records[0].vendr: is not a field of this object");
   EXPECT_EQ(complaint(with_field(R"("index": 1, "index": 2)")), "index: this key stands twice in one object");
+}
+
+// Texts may be empty everywhere, and bytes unused. Each other field has a value somewhere, in both.
+TEST(Inventory, OfTheExamplesLeavesNothingOutButTextsAndBytes) {
+  for (const char *name : {"inventory.json", "inventory-later.json"}) {
+    std::ifstream file(std::string(PROJECT_DIRECTORY "/docs/examples/") + name);
+    const ShownJson inventory(std::string(std::istreambuf_iterator<char>(file), {}));
+
+    for (const mcstore::Kind &kind : mcstore::kinds()) {
+      if (kind.store_path.empty()) continue;
+      const ShownJson records = inventory[std::string(kind.name)]["records"];
+      std::set<std::string> keys;
+      for (size_t i = 0; i < records.size(); ++i)
+        for (const std::string &key : records[i].keys()) keys.insert(key);
+      for (const mcserver::Field &field : kind.fields)
+        if (field.type != mcserver::FieldType::kText && field.type != mcserver::FieldType::kBytes)
+          EXPECT_TRUE(keys.contains(field.name)) << name << ", " << kind.name << ": " << field.name;
+    }
+  }
 }
 
 TEST(Inventory, TellsWhereJsonIsBroken) {

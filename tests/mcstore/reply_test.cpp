@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "host/bytes.h"
+#include "raid/controllers/controller_bytes.h"
 
 namespace tests {
 namespace {
@@ -34,13 +35,14 @@ std::string complaint(const std::string &kind, const std::string &bytes) {
 // ------------------------------------------------------------------------------------------------ packed replies
 
 Bytes header(uint8_t count) {
-  return Bytes::hex("28 00 00 02").u8(count) + Bytes::hex("00 00 05 0e 00 00 00 00 00 00 00 00 00");
+  return Bytes::hex("28 00 00 02").u8(count) + big_endian().u32(kControllerSize).fill(9, 0);
 }
 
 std::string binary_complaint(const Bytes &bytes) { return complaint("controllers", text_of(bytes)); }
 
 TEST(BinaryReply, HasTheRecordsBehindTheHeader) {
-  const std::string bytes = text_of(header(2) + Bytes::repeated(1294, 1) + Bytes::repeated(1294, 2));
+  const std::string bytes =
+      text_of(header(2) + Bytes::repeated(kControllerSize, 1) + Bytes::repeated(kControllerSize, 2));
 
   const ParsedReply reply = parse("controllers", bytes);
 
@@ -53,9 +55,10 @@ TEST(BinaryReply, HasTheRecordsBehindTheHeader) {
 }
 
 TEST(BinaryReply, IsSimulatedWhenTheRecordSizeIsLittleEndian) {
-  const Bytes record = Bytes::repeated(1294, 0).put(255, Bytes::hex("01 02"));
+  const Bytes record = Bytes::repeated(kControllerSize, 0).put(255, Bytes::hex("01 02"));
 
-  const ParsedReply reply = parse("controllers", text_of(header(1).put(5, Bytes::hex("0e 05 00 00")) + record));
+  const ParsedReply reply =
+      parse("controllers", text_of(header(1).put(5, little_endian().u32(kControllerSize)) + record));
 
   EXPECT_TRUE(reply.is_simulated);
   EXPECT_EQ(reply.devices.at(0).text("vendor_id"), "0x201");
@@ -70,13 +73,15 @@ TEST(BinaryReply, OfNoBytesHasNoDevices) {
 
 TEST(BinaryReply, IsRefusedWhenItsLengthDoesNotMatch) {
   EXPECT_EQ(binary_complaint(Bytes::repeated(17, 0)), "a reply of 17 bytes is shorter than its header");
-  EXPECT_EQ(binary_complaint(header(1)), "a reply with 1 records has 1312 bytes, not 18");
+  EXPECT_EQ(binary_complaint(header(1)),
+            "a reply with 1 records has " + std::to_string(18 + kControllerSize) + " bytes, not 18");
   EXPECT_EQ(binary_complaint(header(0).u8(0)), "a reply with 0 records has 18 bytes, not 19");
 }
 
 TEST(BinaryReply, IsRefusedWhenItsRecordsAreOfAnotherSize) {
-  EXPECT_EQ(binary_complaint(header(0).put(5, Bytes::hex("00 00 05 0f"))),
-            "the reply announces records of 1295 bytes, not of 1294");
+  EXPECT_EQ(binary_complaint(header(0).put(5, big_endian().u32(kControllerSize + 1))),
+            "the reply announces records of " + std::to_string(kControllerSize + 1) + " bytes, not of " +
+                std::to_string(kControllerSize));
 }
 
 // --------------------------------------------------------------------------------------------------- XML replies

@@ -31,7 +31,7 @@ enum {
   kNoNumber,
   kIdentity,
   kGone,
-  kGoneText = 14
+  kGoneText = 16
 };
 
 constexpr Word kSpeeds[] = {{0, "stopped"}};
@@ -57,6 +57,13 @@ static_assert(describes<Fan, kFan>());
 
 constexpr auto kShown = MISTAKE == kNoXml ? rows_named(kFan, "speed") : rows_named(kFan, "index");
 static_assert(makes_attributes<kShown>());
+
+constexpr auto kOrder = std::to_array<Field>({kNameRow, MISTAKE == 14 ? kNameRow : kSpeedRow, kIndexRow});
+#if MISTAKE == 15
+static_assert(is_shown_by<kFan, kOrder, kShown>());
+#else
+static_assert(is_shown_by<kFan, kOrder>());
+#endif
 
 #if MISTAKE == 9
 static_assert(describes_entry<Fan, kFan>());

@@ -5,6 +5,7 @@
 #include <climits>
 
 #include "host/plugin_test.h"
+#include "raid/controllers/controller_bytes.h"
 
 static bool is_openlog_called = false;
 
@@ -33,7 +34,7 @@ class Trace : public PluginTest {
   int trace_two_lines() { return PLUGIN(running_on_kestrano)(); }
 
   void log_a_line() {
-    files.write("/var/storctlr_info", Bytes().u8(2).fill(1294, 0));
+    files.write("/var/storctlr_info", Bytes().u8(2).fill(kControllerSize, 0));
     fail("fread", 2, EIO);
     call("mc_get_store_ctrls");
   }

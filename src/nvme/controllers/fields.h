@@ -18,10 +18,13 @@ inline constexpr auto kSwitch =
                "p2p_device_id", "running_firmware_version", "pending_firmware_version", "switch_temperature");
 inline constexpr Field kSwitchStatus = records::kNvmeController[row_of(records::kNvmeController, "switch_status")];
 inline constexpr Field kLinkStatus = records::kNvmeController[row_of(records::kNvmeController, "link_status")];
+inline constexpr auto kStatuses = std::to_array<Field>({kSwitchStatus, kLinkStatus});
 
 static_assert(makes_attributes<kNameAndType>() && makes_attributes<kStatusAndDrives>() && makes_attributes<kSwitch>());
 
 // Only the dump has this.
 inline constexpr auto kModTimestamp = rows_named(records::kNvmeController, "mod_timestamp");
+static_assert(
+    is_shown_by<records::kNvmeController, kNameAndType, kStatusAndDrives, kSwitch, kStatuses, kModTimestamp>());
 
 }  // namespace mcserver::nvme::controllers

@@ -20,5 +20,6 @@ static_assert(makes_attributes<kShown>());
 
 // Only the dump has this; its line ends the record with an empty one.
 inline constexpr auto kModTimestamp = rows_named(records::kNvmeDrive, "mod_timestamp");
+static_assert(is_shown_by<records::kNvmeDrive, kShown, kModTimestamp>());
 
 }  // namespace mcserver::nvme::drives

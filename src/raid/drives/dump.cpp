@@ -6,6 +6,7 @@
 #include "raid/dump_files.h"
 #include "records/drive_record.h"
 #include "shared/exported.h"
+#include "shared/field_proofs.h"
 #include "shared/record_text.h"
 
 namespace mcserver::raid::drives {
@@ -30,7 +31,7 @@ constexpr auto kAfterTemperature = rows_named(
     "erase_percent_complete", "erase_start_timestamp", "erase_end_timestamp", "boot_drive", "transport_ready",
     "mod_timestamp", "product_id_v3", "locator_state_v7", "physical_block_size", "pd_sed_state", "pd_error",
     "extended_status", "state", "firmware_v37");
-static_assert(kBeforeTemperature.size() + kTemperature.size() + kAfterTemperature.size() == records::kDrive.size());
+static_assert(is_shown_by<records::kDrive, kBeforeTemperature, kTemperature, kAfterTemperature>());
 
 void print_record(const StorPhyDriveInfo *record, FILE *stream) {
   const ShownRecord shown(record);
