@@ -43,11 +43,11 @@ class Scene : public SweepScene<DriveTest> {
 
   void expect_it_to_be_as_good_as_ever(const Failure &) {
     trace();
-    EXPECT_EQ(full({.size = 200'000}).bytes(), drive_header(256, 4) + bytes_of(after()));
+    EXPECT_EQ(full({.size = drive_room(4, 256)}).bytes(), drive_header(256, 4) + bytes_of(after()));
     store(256, {numbered_drive(1), numbered_drive(2, 3)}, 3000);
-    EXPECT_EQ(delta({.size = 200'000}).bytes(), drive_header(256, 3) + numbered_drive(2, 3).reported() +
-                                                    gone_drive(numbered_drive(3), untouched_drive_slot()) +
-                                                    gone_drive(numbered_drive(4), untouched_drive_slot()));
+    EXPECT_EQ(delta({.size = drive_room(4, 256)}).bytes(), drive_header(256, 3) + numbered_drive(2, 3).reported() +
+                                                               gone_drive(numbered_drive(3), untouched_drive_slot()) +
+                                                               gone_drive(numbered_drive(4), untouched_drive_slot()));
     EXPECT_EQ(trace(), "");
   }
 
