@@ -31,7 +31,7 @@ inline constexpr auto kBbuStart = std::to_array<Field>({
     FIELD(StorBbuInfo, design_voltage, "Design voltage         = %d\n"),
     FIELD(StorBbuInfo, voltage, "Voltage                = %d\n"),
     FIELD(StorBbuInfo, current, "Current                = %d\n"),
-    FIELD(StorBbuInfo, temperature, "Temperature            = %d\n"),
+    FIELD(StorBbuInfo, temperature, "Temperature            = %d\n", {.unit = Unit::kCelsius}),
     flag(FIELD(StorBbuInfo, voltage_low, "Voltage is low         = %s\n")),
     flag(FIELD(StorBbuInfo, temp_high, "Temp is high           = %s\n")),
     flag(FIELD(StorBbuInfo, learn_cycle_transparent, "Learn cycle transparent= %s\n")),

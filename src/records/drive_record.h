@@ -41,7 +41,7 @@ inline constexpr auto kDrive = std::to_array<Field>({
     flag(FIELD(StorPhyDriveInfo, fault, "Fault = %s\n")),
     flag(FIELD(StorPhyDriveInfo, online, "Online = %s\n")),
     flag(FIELD(StorPhyDriveInfo, temp_valid, "Temp valid = %s\n")),
-    FIELD(StorPhyDriveInfo, temperature, "Temperature = %d\n"),
+    FIELD(StorPhyDriveInfo, temperature, "Temperature = %d\n", {.unit = Unit::kCelsius, .only_if = {"temp_valid"}}),
     FIELD(StorPhyDriveInfo, rebuild_status, "rebuild_operation_progress status = %d\n"),
     FIELD(StorPhyDriveInfo, rebuild_percent_complete, "rebuild_operation_progress percent complete = %d\n",
           {.unit = Unit::kPercent, .none = {-1}}),

@@ -38,6 +38,7 @@ enum class Unit : uint8_t {
   kHours,
   kDays,
   kTimeStamp,  // seconds since 1970
+  kCelsius,
 };
 
 // How people read a number.
@@ -82,6 +83,13 @@ struct XmlAttribute {
   XmlForm form = XmlForm::kText;
 };
 
+// When a field means something: always, or only in the records whose field of this name is a flag that is set, or a
+// text that begins so.
+struct OnlyIf {
+  const char *field = nullptr;
+  const char *begins_with = nullptr;
+};
+
 // What a row says of its field beside its place, its type and its line in a dump; nothing of it is required.
 struct Meaning {
   Unit unit = Unit::kNone;
@@ -89,6 +97,7 @@ struct Meaning {
   std::span<const Word> words = {};  // as far as values have one; the others are shown as numbers
   NoneValues none = {};
   XmlAttribute xml = {};
+  OnlyIf only_if = {};
 };
 
 struct EntryTable;
