@@ -1,11 +1,24 @@
 #include "mcstore/commands/options.h"
 
+#include <map>
+
 namespace mcstore {
 
 void add_plugin_option(CLI::App &command, std::string &plugin) {
   command.add_option("--plugin", plugin, "The shared object to load instead of the one found beside mcstore")
       ->type_name("PATH")
       ->check(CLI::ExistingFile);
+}
+
+void add_colour_option(CLI::App &command, ColourChoice &choice) {
+  static const std::map<std::string, ColourChoice> choices = {
+      {"auto", ColourChoice::kAuto}, {"always", ColourChoice::kAlways}, {"never", ColourChoice::kNever}};
+  command
+      .add_option_function<std::string>(
+          "--color", [&choice](const std::string &word) { choice = choices.at(word); },
+          "When to colour: auto does on terminals, unless NO_COLOR is set")
+      ->type_name("WHEN")
+      ->check(CLI::IsMember(&choices));
 }
 
 void add_source_options(CLI::App &command, SourceOptions &options) {
