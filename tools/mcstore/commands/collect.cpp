@@ -8,6 +8,7 @@
 #include "mcstore/collect/store_content.h"
 #include "mcstore/commands/command.h"
 #include "mcstore/commands/output.h"
+#include "mcstore/commands/validators.h"
 
 namespace mcstore {
 namespace {
@@ -45,7 +46,7 @@ void add_collect(CLI::App &app, Action &action) {
   command.add_option("INVENTORY", options->inventory, "JSON file that describes the inventory")
       ->required()
       ->type_name("")
-      ->check(CLI::ExistingFile);
+      ->check(existing_file());
   command.add_option("--root", options->root, "Write below this directory, which is made if needed")
       ->type_name("DIR")
       ->required();
