@@ -8,7 +8,7 @@
 #include <string_view>
 
 #include "formats/notes.h"
-#include "mcstore/kind.h"
+#include "mcstore/kinds/kind.h"
 
 namespace formats {
 

@@ -17,7 +17,7 @@
 #include "formats/notes.h"
 #include "formats/xml_elements.h"
 #include "mcserver_storage.h"
-#include "mcstore/kind.h"
+#include "mcstore/kinds/kind.h"
 
 namespace formats {
 namespace {

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "mcstore/kind.h"
+#include "mcstore/kinds/kind.h"
 
 namespace formats {
 

@@ -1,0 +1,21 @@
+// The commands of the tool. Each is a file of this room, and adds itself to the command line.
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <functional>
+
+namespace mcstore {
+
+inline constexpr int kSuccess = 0;
+inline constexpr int kFailure = 1;
+inline constexpr int kUsage = 2;
+inline constexpr int kNothingThere = 3;
+
+// What the chosen command does; returns the exit code.
+using Action = std::function<int()>;
+
+void add_get(CLI::App &app, Action &action);
+void add_collect(CLI::App &app, Action &action);
+void add_decode(CLI::App &app, Action &action);
+
+}  // namespace mcstore

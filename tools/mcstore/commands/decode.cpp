@@ -1,0 +1,79 @@
+// mcstore decode: copies of store files become text files.
+
+#include <fmt/core.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <memory>
+
+#include "mcstore/commands/command.h"
+#include "mcstore/commands/options.h"
+#include "mcstore/commands/output.h"
+#include "mcstore/decode/decoding.h"
+#include "mcstore/decode/progress.h"
+
+namespace mcstore {
+namespace {
+
+struct DecodeOptions {
+  std::string plugin;  // as load_plugin() takes it
+  std::string input_dir;
+  std::string output_dir;
+  std::vector<std::string> kinds;  // empty for all that can be decoded
+};
+
+std::vector<std::string> decodable_kinds() {
+  std::vector<std::string> names;
+  for (const Kind &kind : kinds())
+    if (!kind.decoder.empty()) names.emplace_back(kind.name);
+  return names;
+}
+
+int decode(const DecodeOptions &options) {
+  std::vector<const Kind *> chosen;
+  for (const Kind &kind : kinds())
+    if (!kind.decoder.empty() && (options.kinds.empty() || std::ranges::count(options.kinds, kind.name) > 0))
+      chosen.push_back(&kind);
+  std::filesystem::create_directories(options.output_dir);
+
+  uint64_t total = 0;
+  for (const Kind *kind : chosen) total += input_size(options.input_dir, *kind);
+
+  std::string report;
+  int exit_code = kSuccess;
+  {
+    ProgressBar bar(total);
+    uint64_t done = 0;
+    Decoding decoding(options.plugin, options.input_dir, options.output_dir,
+                      [&](uint64_t bytes) { bar.show(done + bytes); });
+    for (const Kind *kind : chosen) {
+      const Decoded decoded = decoding.decode(*kind);
+      report += fmt::format("{}: {}\n", kind->name, decoded.text);
+      if (decoded.failed) exit_code = kFailure;
+      done += input_size(options.input_dir, *kind);
+    }
+  }
+  print(report);
+  return exit_code;
+}
+
+}  // namespace
+
+void add_decode(CLI::App &app, Action &action) {
+  const auto options = std::make_shared<DecodeOptions>();
+  CLI::App &command = *app.add_subcommand("decode", "Turn copies of store files into text files");
+  command.add_option("INPUT_DIR", options->input_dir, "Where the copies are, under the files' own names")
+      ->required()
+      ->type_name("")
+      ->check(CLI::ExistingDirectory);
+  command.add_option("OUTPUT_DIR", options->output_dir, "Where the text goes; made if needed")
+      ->required()
+      ->type_name("");
+  command.add_option("KIND", options->kinds, "What to decode; everything if there is none")
+      ->type_name("")
+      ->check(CLI::IsMember(decodable_kinds()));
+  add_plugin_option(command, options->plugin);
+  command.callback([options, &action] { action = [options] { return decode(*options); }; });
+}
+
+}  // namespace mcstore

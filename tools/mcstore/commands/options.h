@@ -1,0 +1,27 @@
+// Options that several commands have.
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <string>
+#include <vector>
+
+#include "mcstore/inventory/source.h"
+
+namespace mcstore {
+
+// Instead of a kind's name: every kind, one after the other.
+inline constexpr char kAllKinds[] = "all";
+
+// --plugin, for commands that load it.
+void add_plugin_option(CLI::App &command, std::string &plugin);
+
+// --from, --timeout, and what concerns the plug-in: for each command that reads an inventory.
+void add_source_options(CLI::App &command, SourceOptions &options);
+
+// The kind to show, or all.
+CLI::Option *add_kind(CLI::App &command, std::string &kind);
+
+// Every kind, or the one of this name.
+std::vector<const Kind *> chosen_kinds(const std::string &name);
+
+}  // namespace mcstore

@@ -1,0 +1,119 @@
+#include "mcstore/decode/decoding.h"
+
+#include <fmt/core.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <utility>
+
+#include "host/redirection.h"
+#include "mcstore/decode/decoded_text.h"
+#include "mcstore/decode/discarded.h"
+#include "mcstore/source/session.h"
+#include "mcstore/source/store_file.h"
+
+namespace mcstore {
+namespace {
+
+namespace fs = std::filesystem;
+
+using Decoder = int(const char *input_dir, const char *output_dir);
+
+// The decoders cut longer ones.
+constexpr size_t kLongestPath = 319;
+
+// A text begins with a summary if the store file has a state, which is its header's one byte.
+bool has_summary(const Kind &kind) {
+  return std::any_of(kind.store_header.begin(), kind.store_header.end(),
+                     [](const Field &field) { return field.width == 1; });
+}
+
+std::string path_in(const std::string &directory, const Kind &kind) {
+  return directory + '/' + fs::path(kind.store_path).filename().string();
+}
+
+// Changes nothing, and tells how often a file is opened.
+class CountedOpenings : public host::Redirection {
+ public:
+  CountedOpenings(std::string path, std::function<void(uint64_t)> on_opening)
+      : path_(std::move(path)), on_opening_(std::move(on_opening)) {}
+
+  std::optional<std::string> resolve(const char *, const std::string &path) override {
+    if (path == path_) on_opening_(openings_++);
+    return path;
+  }
+  void log(int, const std::string &) override {}  // decoders write no log
+
+ private:
+  std::string path_;
+  std::function<void(uint64_t)> on_opening_;
+  uint64_t openings_ = 0;
+};
+
+}  // namespace
+
+uint64_t input_size(const std::string &input_dir, const Kind &kind) {
+  std::error_code error;
+  const uint64_t size = fs::file_size(path_in(input_dir, kind), error);
+  return error ? 0 : size;
+}
+
+Decoding::Decoding(const std::string &plugin, const std::string &input_dir, const std::string &output_dir,
+                   std::function<void(uint64_t)> on_progress)
+    : plugin_(load_plugin(plugin)),
+      input_dir_(input_dir),
+      output_dir_(output_dir),
+      on_progress_(std::move(on_progress)) {}
+
+Decoded Decoding::decode(const Kind &kind) {
+  const std::string input_path = path_in(input_dir_, kind);
+  const std::string output_path = path_in(output_dir_, kind) + "_decoded.txt";
+  if (std::max(input_path.size(), output_path.size()) > kLongestPath)
+    return {true, fmt::format("paths longer than {} characters cannot be decoded", kLongestPath)};
+
+  std::error_code ignored;
+  fs::remove(output_path, ignored);  // whatever becomes of this run, nothing of an earlier one is left
+  const fs::file_type type = fs::status(input_path, ignored).type();
+  if (type == fs::file_type::not_found) return {false, input_path + " is missing"};
+  if (type != fs::file_type::regular && type != fs::file_type::none) return {true, input_path + " is not a file"};
+  try {
+    return {false, write_text(kind, input_path, output_path)};
+  } catch (const std::runtime_error &reason) {
+    return {true, reason.what()};
+  }
+}
+
+std::string Decoding::write_text(const Kind &kind, const std::string &input_path, const std::string &output_path) {
+  StoreFile store(input_path, kind);
+  run_decoder(kind, output_path);
+
+  // Comparing is the second half of the work.
+  const uint64_t size = store.records() * kind.record_size;
+  const Compared compared =
+      compare_text(output_path, has_summary(kind), store, plugin_.function<RecordPrinter>(std::string(kind.printer)),
+                   [&](uint64_t records) { on_progress_((size + records * kind.record_size) / 2); });
+  if (!compared.is_as_it_should_be) {
+    refuse_if_unwritable(output_path);
+    throw Undecodable(
+        compared.records < store.records()
+            ? fmt::format("only {} of {} records are in {}", compared.records, store.records(), output_path)
+            : fmt::format("{} is not the text of its records", output_path));
+  }
+
+  const std::string partial =
+      store.left_over() > 0 ? fmt::format("; the last {} bytes are no whole record", store.left_over()) : "";
+  if (store.records() == 0 && !has_summary(kind)) return "no records, nothing to write" + partial;
+  return fmt::format("{} record{}, {} bytes in {}{}", store.records(), store.records() == 1 ? "" : "s",
+                     fs::file_size(output_path), output_path, partial);
+}
+
+// Where the kind echoes the path of the text for each record, it is not to stand between the lines of the report.
+void Decoding::run_decoder(const Kind &kind, const std::string &output_path) {
+  CountedOpenings openings(output_path, [&](uint64_t records) { on_progress_(records * kind.record_size / 2); });
+  auto *const decoder = plugin_.function<Decoder>(std::string(kind.decoder));
+  const Discarded echoes(stdout);
+  const host::PluginScope scope(openings);
+  decoder(input_dir_.c_str(), output_dir_.c_str());
+}
+
+}  // namespace mcstore

@@ -1,0 +1,39 @@
+#include "mcstore/inventory/inventory.h"
+
+#include <algorithm>
+
+namespace mcstore {
+
+Device KindInventory::device(size_t position) const {
+  const Record record = Record(records).subspan(position * kind->record_size, kind->record_size);
+  const auto completed = stored.find(position);
+  return {*kind, position, record, completed == stored.end() ? record : Record(completed->second)};
+}
+
+const char *word_for(KindStatus status) {
+  switch (status) {
+    case KindStatus::kFine:
+      return "fine";
+    case KindStatus::kAbsent:
+      return "absent";
+    case KindStatus::kUnreadable:
+      return "unreadable";
+    case KindStatus::kDamaged:
+      return "damaged";
+    case KindStatus::kSimulated:
+      return "simulated";
+  }
+  return "";
+}
+
+std::string state_text(const KindInventory &inventory) {
+  if (!inventory.state) return "";
+  if (inventory.kind->stored_state) {
+    const auto &words = inventory.kind->stored_state->meaning.words;
+    const auto word = std::ranges::find(words, *inventory.state, &mcserver::Word::value);
+    if (word != words.end()) return word->text;
+  }
+  return std::to_string(*inventory.state);
+}
+
+}  // namespace mcstore

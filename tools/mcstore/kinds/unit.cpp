@@ -1,0 +1,73 @@
+#include "mcstore/kinds/unit.h"
+
+#include <fmt/core.h>
+
+#include <ctime>
+#include <iterator>
+
+namespace mcstore {
+namespace {
+
+using mcserver::Unit;
+
+std::string bytes(uint64_t number) {
+  constexpr const char *kUnits[] = {"KiB", "MiB", "GiB", "TiB", "PiB", "EiB"};
+  if (number < 1024) return fmt::format("{} B", number);
+  double scaled = static_cast<double>(number) / 1024;
+  size_t unit = 0;
+  for (; scaled >= 1023.95 && unit + 1 < std::size(kUnits); ++unit) scaled /= 1024;  // never shown as 1024.0
+  return fmt::format("{:.1f} {}", scaled, kUnits[unit]);
+}
+
+std::string hours(uint64_t number) {
+  constexpr uint64_t kHoursOfTwoDays = 48;
+  if (number < kHoursOfTwoDays) return fmt::format("{} h", number);
+  return fmt::format("{} h ({} days)", number, number / 24);
+}
+
+// The collector leaves a time that does not apply at 0, or sets all its bits.
+std::string time_stamp(uint64_t number) {
+  if (number == 0 || number >= UINT32_MAX) return "none";
+  const auto time = static_cast<time_t>(number);
+  struct tm fields = {};
+  char text[32] = "";
+  strftime(text, sizeof text, "%Y-%m-%d %H:%M:%S UTC", gmtime_r(&time, &fields));
+  return text;
+}
+
+}  // namespace
+
+bool has_form(Unit unit) { return unit != Unit::kNone; }
+
+std::string in_unit(uint64_t number, Unit unit) {
+  switch (unit) {
+    case Unit::kBytes:
+      return bytes(number);
+    case Unit::kSeconds:
+      return fmt::format("{} s", number);
+    case Unit::kHours:
+      return hours(number);
+    case Unit::kDays:
+      return fmt::format("{} days", number);
+    case Unit::kPercent:
+      return fmt::format("{} %", static_cast<int64_t>(number));
+    case Unit::kCelsius:
+      return fmt::format("{} C", number);
+    case Unit::kTimeStamp:
+      return time_stamp(number);
+    default:
+      return fmt::format("{}", number);
+  }
+}
+
+std::string duration(int64_t seconds) {
+  constexpr int64_t kMinute = 60;
+  constexpr int64_t kHour = 60 * kMinute;
+  constexpr int64_t kDay = 24 * kHour;
+  if (seconds >= 2 * kDay) return fmt::format("{} days", seconds / kDay);
+  if (seconds >= 2 * kHour) return fmt::format("{} h", seconds / kHour);
+  if (seconds >= 2 * kMinute) return fmt::format("{} min", seconds / kMinute);
+  return fmt::format("{} s", seconds);
+}
+
+}  // namespace mcstore

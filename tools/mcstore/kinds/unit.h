@@ -1,0 +1,21 @@
+// Numbers in the units that people read them in.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "shared/field.h"
+
+namespace mcstore {
+
+// Do people read such numbers in another form than as the number alone?
+bool has_form(mcserver::Unit unit);
+
+// "1.0 GiB", "2026-03-02 10:00:00 UTC", "8760 h (365 days)", "31 C", "42 %". A time that is not set is "none". A unit
+// without a form is a number like any other.
+std::string in_unit(uint64_t number, mcserver::Unit unit);
+
+// "40 s", "12 min", "5 h", "3 days": how long that is, in the largest unit of which there are two.
+std::string duration(int64_t seconds);
+
+}  // namespace mcstore

@@ -1,0 +1,47 @@
+#include "mcstore/source/place.h"
+
+#include <syslog.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <filesystem>
+
+#include "mcstore/kinds/kind.h"
+#include "mcstore/kinds/printable.h"
+
+namespace mcstore {
+namespace {
+
+constexpr std::string_view kVar = "/var";
+
+std::string file_name(std::string_view path) { return std::filesystem::path(path).filename().string(); }
+
+bool has_store_files(const std::string &directory) {
+  return std::ranges::any_of(kinds(), [&](const Kind &kind) {
+    return !kind.store_path.empty() && access((directory + '/' + file_name(kind.store_path)).c_str(), F_OK) == 0;
+  });
+}
+
+}  // namespace
+
+Place::Place(const std::string &directory)
+    : directory_(directory.empty() ? "/" : directory),
+      root_(directory),
+      var_(!directory.empty() && has_store_files(directory) ? directory : directory + std::string(kVar)) {}
+
+std::string Place::real(std::string_view path) const {
+  const bool is_in_var = path.starts_with(kVar) && path.substr(kVar.size()).starts_with('/');
+  return is_in_var ? var_ + std::string(path.substr(kVar.size())) : root_ + std::string(path);
+}
+
+std::optional<std::string> Place::resolve(const char *, const std::string &path) {
+  return path.starts_with('/') ? real(path) : path;
+}
+
+void Place::log(int, const std::string &line) {
+  const std::string_view text = line;
+  fprintf(stderr, "syslog: %s\n", printable(text.substr(0, text.find_last_not_of('\n') + 1)).c_str());
+}
+
+}  // namespace mcstore
