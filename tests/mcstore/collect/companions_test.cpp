@@ -65,6 +65,9 @@ TEST(Companions, TheBytesGoBeforeEverything) {
             Bytes::hex("01 02"));
   EXPECT_EQ(slot_name(stored(R"("smbios_pcislotname": "ABCDEF", "smbios_pcislotname_hex": "30")")),
             Bytes::hex("30 00 00 00 00 00"));
+  // Characters that stand for bytes that are no UTF-8 are longer than these.
+  EXPECT_EQ(slot_name(stored(R"("smbios_pcislotname": "\ufffd\ufffd\ufffd", "smbios_pcislotname_hex": "ffffff")")),
+            Bytes::hex("ff ff ff 00 00 00"));
   EXPECT_EQ(refusal_of(R"("vendor_id_hex": "010203")"),
             "controllers.devices[0].fields.vendor_id_hex: is 3 bytes long: at most 2 fit");
 }

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <charconv>
 #include <map>
-#include <vector>
 
 #include "mcstore/json/field_key.h"
 #include "mcstore/kinds/value.h"
@@ -88,7 +87,7 @@ void store_value(const Json &value, const Field &field, std::span<uint8_t> recor
 
 // ----------------------------------------------------------------------------------------- keys
 
-// What a key tells of its field, in the order in which it is stored: the later goes before the earlier.
+// What a key tells of its field. Where there are several of a field, the last of these goes before the others.
 enum class Part { kWord, kValue, kNone, kHex };
 
 struct Meant {
@@ -114,42 +113,44 @@ const Keys &keys_of(std::span<const Field> fields) {
 }
 
 struct Member {
-  Meant meant;
+  Part part;
   const Json *value;
   std::string place;
 };
 
-// A member that is none of a field has a misspelt key.
-std::vector<Member> members_of(const Json &object, std::span<const Field> fields, const std::string &place) {
+// What is to be stored of each field. A member that is none of a field has a misspelt key.
+std::map<const Field *, Member> members_of(const Json &object, std::span<const Field> fields,
+                                           const std::string &place) {
   const Keys &keys = keys_of(fields);
-  std::vector<Member> members;
+  std::map<const Field *, Member> members;
   for (const auto &[key, value] : as_object(object, place).items()) {
-    std::string way = member_of(place, key);
     const auto meant = keys.find(key);
-    if (meant == keys.end()) refuse(way, "is not a field of this object");
-    members.push_back({meant->second, &value, std::move(way)});
+    if (meant == keys.end()) refuse(member_of(place, key), "is not a field of this object");
+    const auto &[part, field] = meant->second;
+    const auto member = members.find(field);
+    if (member == members.end() || member->second.part < part)
+      members.insert_or_assign(field, Member{part, &value, member_of(place, key)});
   }
-  std::ranges::stable_sort(members, {}, [](const Member &member) { return member.meant.part; });
   return members;
 }
 
-void store_member(const Member &member, std::span<uint8_t> record) {
-  const auto &[part, field] = member.meant;
+void store_member(const Member &member, const Field &field, std::span<uint8_t> record) {
+  const auto &[part, value, place] = member;
   switch (part) {
     case Part::kWord:
       return;  // says no more than the value does
     case Part::kValue:
-      return store_value(*member.value, *field, record, member.place);
+      return store_value(*value, field, record, place);
     case Part::kNone:
-      return store_number(*member.value, *field, record, member.place);
+      return store_number(*value, field, record, place);
     case Part::kHex:
-      return store_bytes(*member.value, record.subspan(field->offset, field->width), member.place);
+      return store_bytes(*value, record.subspan(field.offset, field.width), place);
   }
 }
 
 void store_fields(const Json &object, std::span<const Field> fields, std::span<uint8_t> record,
                   const std::string &place) {
-  for (const Member &member : members_of(object, fields, place)) store_member(member, record);
+  for (const auto &[field, member] : members_of(object, fields, place)) store_member(member, *field, record);
 }
 
 // The flag that decides which other fields there are stands at the same place in both tables.
