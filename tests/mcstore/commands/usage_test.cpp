@@ -20,7 +20,7 @@ TEST(Usage, NamesTheNearestCommand) {
 
 TEST(Usage, AsksForACommand) {
   expect_usage("", "which command? see 'mcstore --help'");
-  expect_usage("--verbose", "there is no option '--verbose'; did you mean '--version'?");
+  expect_usage("--verson", "there is no option '--verson'; did you mean '--version'?");
 }
 
 TEST(Usage, NamesTheNearestOption) {
@@ -37,7 +37,7 @@ TEST(Usage, NamesTheNearestKind) {
 TEST(Usage, TellsWhatIsMissing) {
   expect_usage("get", "KIND is missing; see 'mcstore get --help'");
   expect_usage("get drives --from", "--from: its value is missing; see 'mcstore get --help'");
-  expect_usage("collect /dev/null", "INVENTORY: /dev/null is not a file");
+  expect_usage("collect /dev/null", "--root is missing; see 'mcstore collect --help'");
 }
 
 TEST(Usage, TellsWhichValueIsWrong) {
