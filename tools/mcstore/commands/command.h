@@ -15,6 +15,7 @@ inline constexpr int kNothingThere = 3;
 // What the chosen command does; returns the exit code.
 using Action = std::function<int()>;
 
+void add_summary(CLI::App &app, Action &action);
 void add_get(CLI::App &app, Action &action);
 void add_check(CLI::App &app, Action &action);
 void add_collect(CLI::App &app, Action &action);

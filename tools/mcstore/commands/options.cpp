@@ -1,5 +1,6 @@
 #include "mcstore/commands/options.h"
 
+#include <map>
 #include <utility>
 
 #include "mcstore/commands/validators.h"
@@ -10,6 +11,17 @@ void add_plugin_option(CLI::App &command, std::string &plugin) {
   command.add_option("--plugin", plugin, "The shared object to load instead of the one found beside mcstore")
       ->type_name("PATH")
       ->check(existing_file());
+}
+
+void add_colour_option(CLI::App &command, ColourChoice &choice) {
+  static const std::map<std::string, ColourChoice> choices = {
+      {"auto", ColourChoice::kAuto}, {"always", ColourChoice::kAlways}, {"never", ColourChoice::kNever}};
+  command
+      .add_option_function<std::string>(
+          "--color", [&choice](const std::string &word) { choice = choices.at(word); },
+          "When to colour: auto does on terminals, unless NO_COLOR is set")
+      ->type_name("WHEN")
+      ->check(one_of({"auto", "always", "never"}));
 }
 
 void add_source_options(CLI::App &command, SourceOptions &options) {

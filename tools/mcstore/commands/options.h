@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "mcstore/inventory/source.h"
+#include "mcstore/views/colour.h"
 
 namespace mcstore {
 
@@ -14,6 +15,9 @@ inline constexpr char kAllKinds[] = "all";
 
 // --plugin, for commands that load it.
 void add_plugin_option(CLI::App &command, std::string &plugin);
+
+// --color, for commands whose output people read.
+void add_colour_option(CLI::App &command, ColourChoice &choice);
 
 // --from, --timeout, and what concerns the plug-in: for each command that reads an inventory.
 void add_source_options(CLI::App &command, SourceOptions &options);

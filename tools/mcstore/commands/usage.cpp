@@ -2,7 +2,7 @@
 
 #include <fmt/core.h>
 
-#include "mcstore/commands/nearest.h"
+#include "mcstore/kinds/nearest.h"
 
 namespace mcstore {
 namespace {

@@ -8,7 +8,7 @@
 #include <charconv>
 #include <cstring>
 
-#include "mcstore/commands/nearest.h"
+#include "mcstore/kinds/nearest.h"
 #include "mcstore/kinds/value.h"
 
 namespace mcstore {

@@ -206,6 +206,15 @@ std::span<const Field> fields_of(const Kind &kind, std::span<const uint8_t> reco
   return kind.variant && record[kind.variant->flag.offset] != 0 ? kind.variant->fields : kind.fields;
 }
 
+std::vector<const Field *> every_field(const Kind &kind) {
+  std::vector<const Field *> fields;
+  for (const Field &field : kind.fields) fields.push_back(&field);
+  if (!kind.variant) return fields;
+  for (const Field &field : kind.variant->fields)
+    if (mcserver::find_row(kind.fields, field.name) == kind.fields.size()) fields.push_back(&field);
+  return fields;
+}
+
 const std::vector<Kind> &kinds() {
   static const std::vector<Kind> all = {controllers(), drives(),           virtual_drives(), bbus(),
                                         expanders(),   nvme_controllers(), nvme_drives()};

@@ -71,6 +71,9 @@ struct Kind {
 // The fields that this record has.
 std::span<const Field> fields_of(const Kind &kind, std::span<const uint8_t> record);
 
+// The fields that some record of the kind can have, each name once.
+std::vector<const Field *> every_field(const Kind &kind);
+
 const std::vector<Kind> &kinds();
 
 // The kind of this name: null when there is none, or one that must be there.
