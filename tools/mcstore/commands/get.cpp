@@ -10,6 +10,7 @@
 #include "mcstore/commands/options.h"
 #include "mcstore/commands/output.h"
 #include "mcstore/commands/presentation.h"
+#include "mcstore/commands/validators.h"
 #include "mcstore/kinds/nearest.h"
 #include "mcstore/kinds/printable.h"
 #include "mcstore/views/columns.h"
@@ -171,7 +172,7 @@ void add_get(CLI::App &app, Action &action) {
       ->type_name("");
   command.add_option("--format", options->format, "How to show them")
       ->type_name("FORMAT")
-      ->check(CLI::IsMember(format_names()))
+      ->check(one_of(format_names()))
       ->capture_default_str();
   CLI::Option &columns = *command
                               .add_option("--columns", options->presentation.columns,

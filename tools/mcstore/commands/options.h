@@ -22,6 +22,9 @@ void add_colour_option(CLI::App &command, ColourChoice &choice);
 // --from, --timeout, and what concerns the plug-in: for each command that reads an inventory.
 void add_source_options(CLI::App &command, SourceOptions &options);
 
+// The names of all kinds.
+std::vector<std::string> kind_names();
+
 // The kind to show, or all.
 CLI::Option *add_kind(CLI::App &command, std::string &kind);
 

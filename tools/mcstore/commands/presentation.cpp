@@ -3,11 +3,14 @@
 #include <fmt/core.h>
 
 #include <algorithm>
+#include <ctime>
 
 #include "mcstore/commands/output.h"
+#include "mcstore/kinds/unit.h"
 #include "mcstore/views/columns.h"
 #include "mcstore/views/csv.h"
 #include "mcstore/views/hex.h"
+#include "mcstore/views/json.h"
 #include "mcstore/views/list.h"
 #include "mcstore/views/rows.h"
 #include "mcstore/views/xml.h"
@@ -69,6 +72,60 @@ class AsTable : public Presentation {
   Needs needs_;
   bool is_first_ = true;
   bool is_behind_block_ = false;  // of devices, which empty lines surround
+};
+
+class AsJson : public Presentation {
+ public:
+  explicit AsJson(Needs needs) : needs_(std::move(needs)) {}
+
+  void begin() override {
+    struct timespec now = {};
+    now.tv_sec = time(nullptr);
+    document_.begin({.version = MCSTORE_VERSION, .time = iso_time(now), .root = needs_.source.place().directory()});
+  }
+
+  void show(const KindInventory &inventory, const std::vector<size_t> &positions) override {
+    document_.begin_kind(inventory);
+    for (const size_t position : positions) {
+      const Device device = inventory.device(position);
+      document_.add(device, needs_.judge.judge(device));
+      printer_.print(text_);
+      text_.clear();
+    }
+    document_.end_kind();
+  }
+
+  void end() override {
+    document_.end();
+    printer_.print(text_);
+    printer_.flush();
+  }
+
+ private:
+  Needs needs_;
+  Printer printer_;
+  std::string text_;
+  JsonDocument document_{text_};
+};
+
+class AsNdjson : public Presentation {
+ public:
+  explicit AsNdjson(Needs needs) : needs_(std::move(needs)) {}
+
+  void show(const KindInventory &inventory, const std::vector<size_t> &positions) override {
+    for (const size_t position : positions) {
+      const Device device = inventory.device(position);
+      printer_.print(ndjson_line(device, needs_.judge.judge(device)));
+    }
+  }
+
+  void end() override { printer_.flush(); }
+
+  bool tells_remarks() const override { return false; }
+
+ private:
+  Needs needs_;
+  Printer printer_;
 };
 
 class AsCsv : public Presentation {
@@ -150,10 +207,8 @@ std::unique_ptr<Presentation> make(Needs needs) {
 }
 
 constexpr Format kFormats[] = {
-    {"table", make<AsTable>},
-    {"csv", make<AsCsv>},
-    {"xml", make<AsXml>},
-    {"hex", make<AsHex>},
+    {"table", make<AsTable>}, {"json", make<AsJson>}, {"ndjson", make<AsNdjson>},
+    {"csv", make<AsCsv>},     {"xml", make<AsXml>},   {"hex", make<AsHex>},
 };
 
 }  // namespace

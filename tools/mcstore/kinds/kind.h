@@ -62,6 +62,10 @@ struct Kind {
   std::string_view device_name;  // the rest of it, with fields in braces
   std::string_view place;        // where the device is, likewise
   std::string_view model;        // the field that says what it is
+
+  // The fields that are summed up for all devices of the kind, and whose least and greatest are told; empty for none.
+  std::string_view capacity = {};
+  std::string_view temperature = {};
 };
 
 // The fields that this record has.

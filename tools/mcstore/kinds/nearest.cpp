@@ -28,6 +28,11 @@ size_t distance(std::string_view one, std::string_view other) {
   return row.back();
 }
 
+// A word that goes on where this one ends is what was meant.
+size_t difference(std::string_view word, std::string_view other) {
+  return !word.empty() && other.starts_with(word) ? 0 : distance(word, other);
+}
+
 }  // namespace
 
 std::string nearest(std::string_view word, std::span<const std::string> words) {
@@ -38,6 +43,13 @@ std::string nearest(std::string_view word, std::span<const std::string> words) {
   for (const auto &[far, i] : found)
     if (named.size() < kMostNamed && far == found.front().first) named.push_back(words[i]);
   return joined(named, ", ");
+}
+
+std::string suggestion(std::string_view word, std::span<const std::string> words) {
+  const auto meant = std::ranges::min_element(words, {}, [&](const auto &other) { return difference(word, other); });
+  const size_t tolerable = std::max<size_t>(2, word.size() / 3);
+  if (meant == words.end() || difference(word, *meant) > tolerable) return {};
+  return "; did you mean '" + *meant + "'?";
 }
 
 bool equal_but_for_case(std::string_view one, std::string_view other) {
