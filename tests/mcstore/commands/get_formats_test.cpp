@@ -5,6 +5,7 @@
 
 #include "mcstore/command_line.h"
 #include "mcstore/inventories.h"
+#include "mcstore/shown_json.h"
 #include "nvme/nvme_bytes.h"
 #include "raid/controllers/controller_bytes.h"
 #include "raid/drives/drive_bytes.h"
@@ -52,6 +53,33 @@ TEST_F(GetFormats, XmlIsWholeWhateverFails) {
 
   EXPECT_EQ(outcome.exit_code, 3);
   EXPECT_TRUE(pugi::xml_document().load_string(outcome.out.c_str()));
+}
+
+TEST_F(GetFormats, JsonIsOneDocumentWhateverFails) {
+  const ShownJson empty(mcstore_here("get all --format json").out);
+  files.write(kControllerStore, controller_file(2, {Controller()}));
+  files.write(kDriveStore, drive_file(9, {numbered_drive(1), numbered_drive(2)}));
+
+  const Outcome outcome = mcstore_here("get all --format json --filter device=c0/e0/s2");
+  const ShownJson json(outcome.out);
+
+  EXPECT_EQ(empty["kinds"].size(), 7u);
+  EXPECT_EQ(outcome.exit_code, 1);
+  EXPECT_EQ(json["root"], files.real(""));
+  EXPECT_EQ(json["kinds"][0]["devices"].size(), 0u);
+  EXPECT_EQ(json["kinds"][1]["status"], "damaged");
+  ASSERT_EQ(json["kinds"][1]["devices"].size(), 1u);
+  EXPECT_EQ(json["kinds"][1]["devices"][0]["device"], "c0/e0/s2");
+}
+
+TEST_F(GetFormats, NdjsonIsALineForEachDevice) {
+  files.write(kControllerStore, controller_file(2, {Controller()}));
+  files.write(kDriveStore, drive_file(2, {numbered_drive(1), numbered_drive(2)}));
+
+  const std::string lines = mcstore_here("get all --format ndjson").out;
+
+  EXPECT_EQ(std::ranges::count(lines, '\n'), 3);
+  EXPECT_EQ(ShownJson(lines.substr(0, lines.find('\n')))["kind"], "controllers");
 }
 
 TEST_F(GetFormats, HexIsTheReplyAsItCame) {
@@ -102,8 +130,8 @@ TEST_F(GetFormats, DisturbNoTerminalWhateverAStoreFileHolds) {
       files.write(std::string(kind.store_path),
                   store_of(kind, {RecordOf(std::string(kind.name)).every_text(kHostile)}));
 
-  for (const char *arguments :
-       {"all", "all --all-columns", "all --format xml", "all --format hex", "drives c0/e0/s0", "bbus --format csv"})
+  for (const char *arguments : {"all", "all --all-columns", "all --format xml", "all --format json",
+                                "all --format ndjson", "all --format hex", "drives c0/e0/s0", "bbus --format csv"})
     for (const char *locale : {"C", "C.UTF-8"}) {
       const Outcome outcome = run("LC_ALL=" + std::string(locale) + ' ' + mcstore_command() + " get " + arguments +
                                   " --root " + files.real(""));
@@ -118,7 +146,7 @@ TEST_F(GetFormats, DisturbNoTerminalWhateverAStoreFileHolds) {
 TEST_F(GetFormats, FailWhenTheyCannotBeWritten) {
   files.write(kControllerStore, controller_file(2, {Controller()}));
 
-  for (const char *format : {"table", "csv", "xml", "hex"}) {
+  for (const char *format : {"table", "json", "ndjson", "csv", "xml", "hex"}) {
     const Outcome outcome = mcstore_here(std::string("get controllers >/dev/full --format ") + format);
     EXPECT_EQ(outcome.exit_code, 1) << format;
     EXPECT_EQ(outcome.err, "mcstore: cannot write to standard output: No space left on device\n");

@@ -22,7 +22,7 @@ TEST(Device, HasANameAPlaceAndAModel) {
   const RecordOf record = drive_record();
 
   EXPECT_EQ(record.device().name(), "c1/e62/s3");
-  EXPECT_EQ(record.device().place(), "controller 1, enclosure 62, slot 3");
+  EXPECT_EQ(record.device().place(), "enclosure 62, slot 3");
   EXPECT_EQ(record.device().model(), "MODEL");
 }
 

@@ -105,7 +105,7 @@ TEST(Rows, BeginWithHealthAndItsReasons) {
             "health                       WARNING\n"
             "reason                       why\n"
             "note                         more\n"
-            "place                        controller 0, enclosure 0, slot 1");
+            "place                        enclosure 0, slot 1");
 }
 
 TEST(Rows, HaveEveryFieldWithWordsAndUnits) {
