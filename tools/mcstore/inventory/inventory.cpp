@@ -26,14 +26,17 @@ const char *word_for(KindStatus status) {
   return "";
 }
 
+const char *state_word(const KindInventory &inventory) {
+  if (!inventory.state || !inventory.kind->stored_state) return nullptr;
+  const auto &words = inventory.kind->stored_state->meaning.words;
+  const auto word = std::ranges::find(words, *inventory.state, &mcserver::Word::value);
+  return word == words.end() ? nullptr : word->text;
+}
+
 std::string state_text(const KindInventory &inventory) {
   if (!inventory.state) return "";
-  if (inventory.kind->stored_state) {
-    const auto &words = inventory.kind->stored_state->meaning.words;
-    const auto word = std::ranges::find(words, *inventory.state, &mcserver::Word::value);
-    if (word != words.end()) return word->text;
-  }
-  return std::to_string(*inventory.state);
+  const char *word = state_word(inventory);
+  return word ? word : std::to_string(*inventory.state);
 }
 
 }  // namespace mcstore

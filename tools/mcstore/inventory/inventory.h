@@ -57,6 +57,9 @@ class KindInventory {
 // "fine", "absent", ...: the same in JSON.
 const char *word_for(KindStatus status);
 
+// The word for the state; null when it has none.
+const char *state_word(const KindInventory &inventory);
+
 // The state as its word, or its number.
 std::string state_text(const KindInventory &inventory);
 

@@ -86,4 +86,12 @@ std::string duration(int64_t seconds) {
   return fmt::format("{} s", seconds);
 }
 
+std::string iso_time(const struct timespec &time) {
+  struct tm fields = {};
+  if (!gmtime_r(&time.tv_sec, &fields)) return "";
+  char text[40] = "";
+  strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%S", &fields);
+  return time.tv_nsec == 0 ? fmt::format("{}Z", text) : fmt::format("{}.{:09}Z", text, time.tv_nsec);
+}
+
 }  // namespace mcstore

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <ctime>
 #include <optional>
 #include <string>
 
@@ -21,5 +22,8 @@ std::string duration(int64_t seconds);
 
 // "90", "90s", "15m", "6h", "2d" as seconds; nothing if the text is none of these.
 std::optional<int64_t> parse_duration(const std::string &text);
+
+// "2026-03-02T10:00:00Z", with nanoseconds if there are any. Empty for a time that has no year.
+std::string iso_time(const struct timespec &time);
 
 }  // namespace mcstore

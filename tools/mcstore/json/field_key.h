@@ -1,0 +1,24 @@
+// How the fields of a device are called in JSON. Written and read by these alone, so that both agree.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "shared/field.h"
+
+namespace mcstore {
+
+// Companions of a field stand beside it, under its key with one of these behind it: the word for its value, the number
+// behind its null, and its bytes as the store file has them.
+inline constexpr std::string_view kWordSuffix = "_text";
+inline constexpr std::string_view kNoneSuffix = "_none";
+inline constexpr std::string_view kHexSuffix = "_hex";
+
+// The field's name; an entry of an array is "enclosure_sas_address_0", without brackets.
+std::string key_of(const mcserver::Field &field);
+
+// The number that null stands for; a negative one as its two's complement.
+uint64_t number_of_null(const mcserver::Field &field);
+
+}  // namespace mcstore

@@ -1,0 +1,92 @@
+#include "mcstore/views/json.h"
+
+#include "mcstore/kinds/unit.h"
+#include "mcstore/views/json_device.h"
+
+namespace mcstore {
+namespace {
+
+constexpr int kFormat = 2;
+
+void text_or_null(JsonWriter &json, std::string_view text) {
+  if (text.empty())
+    json.null();
+  else
+    json.text(text);
+}
+
+void number_or_null(JsonWriter &json, const std::optional<uint64_t> &number) {
+  if (number)
+    json.number(*number);
+  else
+    json.null();
+}
+
+void write_store(JsonWriter &json, const std::optional<StoreFacts> &store) {
+  if (!store) return json.null();
+  json.begin_object();
+  json.key("path").text(store->path);
+  text_or_null(json.key("modified"), iso_time(store->modified));
+  json.key("size").number(store->size);
+  number_or_null(json.key("announced"), store->announced);
+  json.key("records").number(store->records);
+  json.key("left_over").number(store->left_over);
+  json.end_object();
+}
+
+}  // namespace
+
+JsonDocument::JsonDocument(std::string &out, const Judge &judge, const DocumentHead &head)
+    : out_(out), judge_(judge), json_(out, JsonWriter::Layout::kIndented) {
+  json_.begin_object();
+  json_.key("format").number(kFormat);
+  json_.key("tool").begin_object();
+  json_.key("name").text("mcstore");
+  json_.key("version").text(head.version);
+  json_.end_object();
+  json_.key("time").text(head.time);
+  json_.key("root").text(head.root);
+  json_.key("kinds").begin_array();
+}
+
+void JsonDocument::add(const KindInventory &inventory, const Taker &take) {
+  json_.begin_object();
+  json_.key("kind").text(inventory.kind->name);
+  json_.key("status").text(word_for(inventory.status));
+  text_or_null(json_.key("error"), inventory.error);
+  write_texts(json_.key("notes"), inventory.notes);
+  number_or_null(json_.key("state"), inventory.state);
+  if (const char *word = state_word(inventory)) json_.key("state_text").text(word);
+  write_store(json_.key("store"), inventory.store);
+  json_.key("devices").begin_array();
+  for (size_t i = 0; i < inventory.size(); ++i) {
+    const Device device = inventory.device(i);
+    json_.begin_object();
+    write_device(json_, device, judge_.judge(device));
+    json_.end_object();
+    take();
+  }
+  json_.end_array();
+  json_.end_object();
+}
+
+void JsonDocument::end() {
+  json_.end_array();
+  json_.end_object();
+  out_ += '\n';
+}
+
+void append_ndjson(std::string &out, const KindInventory &inventory, const Judge &judge, const Taker &take) {
+  for (size_t i = 0; i < inventory.size(); ++i) {
+    const Device device = inventory.device(i);
+    JsonWriter json(out, JsonWriter::Layout::kOneLine);
+    json.begin_object();
+    json.key("kind").text(inventory.kind->name);
+    write_device(json, device, judge.judge(device));
+    json.end_object();
+    out += '\n';
+    take();
+  }
+}
+
+}  // namespace mcstore
