@@ -82,7 +82,11 @@ ShownValue count_of(const KindInventory &inventory) {
   return {std::to_string(inventory.size()), inventory.size()};
 }
 
-ShownValue error_of(const KindInventory &inventory) { return {inventory.error.empty() ? kNothing : inventory.error}; }
+// That there is no file is said by the status.
+ShownValue error_of(const KindInventory &inventory) {
+  const bool says_more = !inventory.error.empty() && inventory.status != KindStatus::kAbsent;
+  return {says_more ? inventory.error : kNothing};
+}
 
 // Compares devices with those of another look at them, each of which has one counterpart at most.
 class Pairing {

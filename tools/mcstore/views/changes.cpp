@@ -16,12 +16,24 @@ std::string arrow(const FieldChange &field) {
   return fmt::format("{} -> {}", visible(field.before.text), visible(field.after.text));
 }
 
-// "drives c0/e62/s2 changed", "drives c0/e62/s3 came: MODEL", "drives changed"
+// What the device is, and those of its texts that tell it from others and are not said yet: another drive in the same
+// place has another serial number.
+std::string what_it_is(const Device &device) {
+  std::vector<std::string> parts = {visible(device.model())};
+  for (const std::string_view name : device.kind().identity) {
+    const Field *field = device.find(name);
+    const std::string text = device.text(*field);
+    const bool is_said = text == device.model() || device.name().find(text) != std::string::npos;
+    if (field->type == mcserver::FieldType::kText && !is_said) parts.push_back(fmt::format("{} {}", name, text));
+  }
+  return joined(parts, ", ");
+}
+
+// "drives c0/e62/s2 changed", "drives c0/e62/s3 came: MODEL, serial_num S1", "drives changed"
 std::string title(const Change &change) {
   if (!change.device) return fmt::format("{} changed", change.kind->name);
   const std::string text = fmt::format("{} {} {}", change.kind->name, change.device->name(), word_for(change.type));
-  const std::string model = change.type == ChangeType::kChanged ? "" : change.device->model();
-  return model.empty() ? text : fmt::format("{}: {}", text, model);
+  return change.type == ChangeType::kChanged ? text : fmt::format("{}: {}", text, what_it_is(*change.device));
 }
 
 void write_number(JsonWriter &json, const FieldChange &change, const ShownValue &value) {
@@ -45,19 +57,20 @@ void write_field(JsonWriter &json, const FieldChange &change) {
   json.end_object();
 }
 
-void write_text_or_null(JsonWriter &json, const std::optional<std::string> &text) {
-  if (text)
-    json.text(*text);
-  else
-    json.null();
+void write_identity(JsonWriter &json, const Device &device) {
+  json.begin_object();
+  for (const std::string_view name : device.kind().identity) json.key(key_of(name)).text(device.text(name));
+  json.end_object();
 }
 
 void write_change(JsonWriter &json, const Change &change) {
-  const auto &device = change.device;
   json.key("kind").text(change.kind->name);
   json.key("change").text(word_for(change.type));
-  write_text_or_null(json.key("device"), device ? std::optional(device->name()) : std::nullopt);
-  write_text_or_null(json.key("model"), device ? std::optional(device->model()) : std::nullopt);
+  if (change.device) {
+    json.key("device").text(change.device->name());
+    json.key("model").text(change.device->model());
+    write_identity(json.key("identity"), *change.device);
+  }
   json.key("fields").begin_array();
   for (const FieldChange &field : change.fields) write_field(json, field);
   json.end_array();
@@ -86,7 +99,7 @@ void write_time(JsonWriter &json, const struct timespec &when) {
   json.key("time").text(iso_time({.tv_sec = when.tv_sec, .tv_nsec = 0}));
 }
 
-// "4 drives", "1 bbus, damaged", "drives unreadable"; nothing for a kind that is not there.
+// "4 drives", "3 drives (damaged)", "drives unreadable"; nothing for a kind that is not there.
 std::string found(const KindInventory &inventory) {
   if (inventory.status == KindStatus::kAbsent) return "";
   if (!inventory.has_data()) return fmt::format("{} {}", inventory.kind->name, word_for(inventory.status));

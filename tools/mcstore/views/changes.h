@@ -1,9 +1,13 @@
 // Changes, for people and for programs.
 //
-// For programs each is a line of JSON: {"kind", "change", "device", "model", "fields": [{"name", "before", "after"}]}.
-// "change" is one of came, went, changed and status; device and model are null where it is status. A field has the name
-// that it has in an inventory; "before" and "after" are texts, as people read them. Where the field holds a number,
-// "before_number" and "after_number" stand beside them, null for a value that means nothing. Events have "time" first.
+// For programs each is a line of JSON:
+//
+//   {"kind", "change", "device", "model", "identity": {...}, "fields": [{"name", "before", "after"}]}
+//
+// "change" is one of came, went, changed and status; with status there is no device, no model and no identity. A field
+// has the name that it has in an inventory, and "before" and "after" are texts, as people read them. Where it holds a
+// number, "before_number" and "after_number" stand beside them, null for a value that means nothing. An event has its
+// "time" first.
 #pragma once
 
 #include <ctime>
