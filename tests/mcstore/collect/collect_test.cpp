@@ -13,7 +13,9 @@ namespace tests {
 namespace {
 
 constexpr char kStore[] = "/var/storctlr_info";
-constexpr char kInventory[] = R"({"controllers": {"subsystem_state": 2, "records": [{"index": 7}]}})";
+constexpr char kInventory[] =
+    R"({"format": 2, "kinds": [{"kind": "controllers", "state": 2, "devices": [{"fields": {"index": 7}}]}]})";
+constexpr char kOnlyState[] = R"({"format": 2, "kinds": [{"kind": "controllers", "state": 1}]})";
 
 class Collect : public McstoreTest {
  protected:
@@ -46,7 +48,7 @@ TEST_F(Collect, ReplacesContentInPlace) {
   collect(kInventory);
   const ino_t before = store_stat().st_ino;
 
-  EXPECT_EQ(collect(R"({"controllers": {"subsystem_state": 1}})").exit_code, 0);
+  EXPECT_EQ(collect(kOnlyState).exit_code, 0);
 
   EXPECT_EQ(store_stat().st_ino, before);
   EXPECT_EQ(files.read(kStore), "\x01");
@@ -55,11 +57,12 @@ TEST_F(Collect, ReplacesContentInPlace) {
 TEST_F(Collect, WritesNothingWhenTheInventoryIsWrong) {
   collect(kInventory, "--at 1000");
 
-  const Outcome outcome = collect(R"({"controllers": {"records": [{"index": 300}]}})");
+  const Outcome outcome =
+      collect(R"({"format": 2, "kinds": [{"kind": "controllers", "devices": [{"fields": {"index": 300}}]}]})");
 
   EXPECT_EQ(outcome.exit_code, 2);
   EXPECT_EQ(outcome.err, "mcstore: " + files.real("/inventory.json") +
-                             ": controllers.records[0].index: 300 does not fit: from 0 to 255 does\n");
+                             ": controllers.devices[0].fields.index: 300 does not fit: from 0 to 255 does\n");
   EXPECT_EQ(files.read(kStore).size(), 1 + kControllerSize);
   EXPECT_EQ(store_stat().st_mtime, 1000);
 }
@@ -81,8 +84,32 @@ TEST_F(Collect, TellsWhatItCannotWrite) {
   EXPECT_EQ(outcome.err, "mcstore: cannot open " + files.real(kStore) + ": Is a directory\n");
 }
 
+TEST_F(Collect, ReadsStandardInput) {
+  const Outcome outcome = run(std::string("printf '%s' '") + kInventory + "' | " + mcstore_command() +
+                              " collect - --root " + files.real(""));
+
+  EXPECT_EQ(outcome.exit_code, 0) << outcome.err;
+  EXPECT_EQ(files.read(kStore).size(), 1 + kControllerSize);
+}
+
+TEST_F(Collect, WritesNothingWhenItsInputIsCut) {
+  const Outcome outcome = run(std::string("printf '%s' '") + kInventory + "' | head -c 50 | " + mcstore_command() +
+                              " collect - --root " + files.real(""));
+
+  EXPECT_EQ(outcome.exit_code, 2);
+  EXPECT_EQ(outcome.err, "mcstore: standard input: line 1, column 51: the text ends before its JSON does\n");
+  EXPECT_FALSE(files.exists(kStore));
+}
+
+TEST_F(Collect, TellsWhatItCannotRead) {
+  const Outcome outcome = mcstore_here("collect " + files.real("/nowhere"));
+
+  EXPECT_EQ(outcome.exit_code, 2);
+  EXPECT_EQ(outcome.err, "mcstore: cannot read " + files.real("/nowhere") + ": No such file or directory\n");
+}
+
 TEST_F(Collect, WaitsForReaders) {
-  collect(R"({"controllers": {"subsystem_state": 1}})");
+  collect(kOnlyState);
   files.write_text("/inventory.json", kInventory);
   const int reader = open(files.real(kStore).c_str(), O_RDONLY | O_CLOEXEC);
   flock(reader, LOCK_SH);

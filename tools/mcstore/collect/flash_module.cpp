@@ -31,12 +31,6 @@ constexpr BoardText kBoardTexts[] = {
 };
 constexpr const char *kRevision = "revision";
 
-void refuse_other_keys(const Json &object, std::initializer_list<std::string_view> names, const std::string &place) {
-  for (const auto &[key, value] : as_object(object, place).items())
-    if (std::find(names.begin(), names.end(), key) == names.end())
-      refuse(fmt::format("{}.{}", place, key), "is not a field of this object");
-}
-
 // A type/length byte and the data. One byte of ASCII would read as the end of the fields, so it is called binary.
 void append_field(std::vector<uint8_t> &image, const std::string &data, bool is_text) {
   const bool is_ascii = is_text && data.size() != 1;
@@ -46,7 +40,7 @@ void append_field(std::vector<uint8_t> &image, const std::string &data, bool is_
 
 // The first custom field: two characters, a number, three characters.
 std::string revision(const Json &object, const std::string &place) {
-  refuse_other_keys(object, {"part", "format", "version"}, place);
+  refuse_other_keys(as_object(object, place), {"part", "format", "version"}, place);
   const auto characters = [&](const char *name, size_t count) {
     const std::string name_place = fmt::format("{}.{}", place, name);
     std::string text = as_text(object.value(name, Json("")), count, name_place);
@@ -65,7 +59,7 @@ void close_area(std::span<uint8_t> area) {
 }  // namespace
 
 std::vector<uint8_t> flash_module_image(const Json &object, const std::string &place) {
-  refuse_other_keys(object,
+  refuse_other_keys(as_object(object, place),
                     {kBoardTexts[0].name, kBoardTexts[1].name, kBoardTexts[2].name, kBoardTexts[3].name,
                      kBoardTexts[4].name, kRevision},
                     place);

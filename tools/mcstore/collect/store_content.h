@@ -1,24 +1,15 @@
-// Turns the JSON description of an inventory into the store files that a collector would write.
-//
-//   {"controllers": {"subsystem_state": 2, "records": [{"index": 0, "controller": "SLOT-0", ...}, ...]}}
-//
-// The keys are the kinds' names, the header's fields and the records' fields; what is left out is zero. Beside the
-// kinds there is "flash-module", for the product data that BBUs are completed with.
+// Turns an inventory in JSON, as docs/json.md describes it, into the store files that a collector would write. What is
+// left out is zero.
 #pragma once
 
 #include <cstdint>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
 
-namespace mcstore {
+#include "mcstore/json/inventory_error.h"
 
-// Something in the description that cannot be stored; the message says where it stands.
-class InventoryError : public std::runtime_error {
- public:
-  using std::runtime_error::runtime_error;
-};
+namespace mcstore {
 
 struct StoreContent {
   std::string_view lock_path;  // what is locked while the file is written
@@ -26,7 +17,7 @@ struct StoreContent {
   std::vector<uint8_t> bytes;
 };
 
-// Throws InventoryError.
+// Throws InventoryError, whose message says where the text cannot be stored.
 std::vector<StoreContent> parse_inventory(const std::string &json_text);
 
 }  // namespace mcstore

@@ -35,23 +35,20 @@ int exit_code_for(Health health) {
   }
 }
 
-bool is_asked(const std::vector<std::string> &names, const Kind &kind) {
-  return names.empty() || std::ranges::count(names, kind.name) > 0;
+// A required kind is asked for as well.
+std::vector<const Kind *> asked_kinds(const CheckOptions &options) {
+  std::vector<const Kind *> asked;
+  for (const Kind &kind : kinds())
+    if (options.kinds.empty() || std::ranges::count(options.kinds, kind.name) > 0 ||
+        std::ranges::count(options.required, kind.name) > 0)
+      asked.push_back(&kind);
+  return asked;
 }
 
 int check(const CheckOptions &options) {
-  Source source(options.source);
-  const Judge judge(standards(options.health));
-  Surveyor surveyor(judge, options.health.ignored);
-  for (const Kind &kind : kinds()) {
-    if (!is_asked(options.kinds, kind)) continue;
-    const KindInventory inventory = source.read(kind);
-    surveyor.add(inventory);
-    if (!inventory.has_data() && std::ranges::count(options.required, kind.name) > 0) surveyor.miss(kind);
-  }
-  const Survey survey = std::move(surveyor).finish();
-  print(check_output(survey));
-  return exit_code_for(survey.health);
+  const Survey result = survey(options.source, options.health, asked_kinds(options), options.required);
+  print(check_output(result));
+  return exit_code_for(result.health);
 }
 
 }  // namespace

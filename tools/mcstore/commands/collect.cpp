@@ -1,7 +1,11 @@
 // mcstore collect: plays the collector.
 
-#include <fstream>
-#include <iterator>
+#include <fmt/core.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
 #include <memory>
 
 #include "mcstore/collect/collector.h"
@@ -12,6 +16,19 @@
 
 namespace mcstore {
 namespace {
+
+constexpr char kStandardInput[] = "-";
+
+using File = std::unique_ptr<FILE, int (*)(FILE *)>;
+
+// Nothing if it cannot be read; errno says why.
+std::optional<std::string> read_all(FILE *file) {
+  std::string text;
+  char piece[65536];
+  while (const size_t count = fread(piece, 1, sizeof piece, file)) text.append(piece, count);
+  if (ferror(file)) return {};
+  return text;
+}
 
 struct CollectOptions {
   std::string inventory;
@@ -26,14 +43,16 @@ int collect(const CollectOptions &options) {
     if (!modified)
       return complain("--at: '" + options.at + "' is neither seconds since 1970 nor an ISO 8601 time", kUsage);
   }
-  std::ifstream file(options.inventory, std::ios::binary);
-  const std::string text{std::istreambuf_iterator<char>(file), {}};
-  if (!file) return complain("cannot read " + options.inventory, kUsage);
+  const bool is_standard_input = options.inventory == kStandardInput;
+  const std::string name = is_standard_input ? "standard input" : options.inventory;
+  const File file(is_standard_input ? fdopen(dup(STDIN_FILENO), "rb") : fopen(options.inventory.c_str(), "rb"), fclose);
+  const std::optional<std::string> text = file ? read_all(file.get()) : std::nullopt;
+  if (!text) return complain(fmt::format("cannot read {}: {}", name, strerror(errno)), kUsage);
 
   try {
-    write_stores(parse_inventory(text), options.root, modified);
+    write_stores(parse_inventory(*text), options.root, modified);
   } catch (const InventoryError &error) {
-    return complain(options.inventory + ": " + error.what(), kUsage);
+    return complain(name + ": " + error.what(), kUsage);
   }
   return kSuccess;
 }
@@ -43,10 +62,9 @@ int collect(const CollectOptions &options) {
 void add_collect(CLI::App &app, Action &action) {
   const auto options = std::make_shared<CollectOptions>();
   CLI::App &command = *app.add_subcommand("collect", "Play the collector: write the store files");
-  command.add_option("INVENTORY", options->inventory, "JSON file that describes the inventory")
+  command.add_option("INVENTORY", options->inventory, "JSON file that describes the inventory; - for standard input")
       ->required()
-      ->type_name("")
-      ->check(existing_file());
+      ->type_name("");
   command.add_option("--root", options->root, "Write below this directory, which is made if needed")
       ->type_name("DIR")
       ->required();

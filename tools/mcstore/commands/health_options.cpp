@@ -1,7 +1,9 @@
 #include "mcstore/commands/health_options.h"
 
+#include <algorithm>
 #include <ctime>
 #include <stdexcept>
+#include <utility>
 
 #include "mcstore/kinds/unit.h"
 
@@ -21,6 +23,17 @@ std::string complaint_about_duration(const std::string &text) {
   return parse_duration(text) ? "" : '\'' + text + "' is not a time such as 90s, 15m, 6h or 2d";
 }
 
+// Ages count from now.
+Standards standards(const HealthOptions &options) {
+  Standards result = {.now = time(nullptr)};
+  if (!options.stale.empty()) result.stale = parse_duration(options.stale);
+  for (const std::string &text : options.warnings)
+    result.thresholds.push_back(Threshold::parse(text, Health::kWarning));
+  for (const std::string &text : options.criticals)
+    result.thresholds.push_back(Threshold::parse(text, Health::kCritical));
+  return result;
+}
+
 }  // namespace
 
 void add_health_options(CLI::App &command, HealthOptions &options) {
@@ -38,14 +51,17 @@ void add_health_options(CLI::App &command, HealthOptions &options) {
       ->type_name("DEVICE");
 }
 
-Standards standards(const HealthOptions &options) {
-  Standards result = {.now = time(nullptr)};
-  if (!options.stale.empty()) result.stale = parse_duration(options.stale);
-  for (const std::string &text : options.warnings)
-    result.thresholds.push_back(Threshold::parse(text, Health::kWarning));
-  for (const std::string &text : options.criticals)
-    result.thresholds.push_back(Threshold::parse(text, Health::kCritical));
-  return result;
+Survey survey(const SourceOptions &source_options, const HealthOptions &options, const std::vector<const Kind *> &kinds,
+              const std::vector<std::string> &required) {
+  Source source(source_options);
+  const Judge judge(standards(options));
+  Surveyor surveyor(judge, options.ignored);
+  for (const Kind *kind : kinds) {
+    const KindInventory inventory = source.read(*kind);
+    surveyor.add(inventory);
+    if (!inventory.has_data() && std::ranges::count(required, kind->name) > 0) surveyor.miss(*kind);
+  }
+  return std::move(surveyor).finish();
 }
 
 }  // namespace mcstore

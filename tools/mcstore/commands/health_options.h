@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "mcstore/health/judge.h"
+#include "mcstore/health/survey.h"
 #include "mcstore/inventory/source.h"
 
 namespace mcstore {
@@ -20,7 +20,8 @@ struct HealthOptions {
 // --stale, --warning, --critical and --ignore.
 void add_health_options(CLI::App &command, HealthOptions &options);
 
-// What follows from them; ages count from now.
-Standards standards(const HealthOptions &options);
+// Reads these kinds and judges them; ages count from now. Of the required ones, those without data are missed.
+Survey survey(const SourceOptions &source_options, const HealthOptions &options, const std::vector<const Kind *> &kinds,
+              const std::vector<std::string> &required = {});
 
 }  // namespace mcstore

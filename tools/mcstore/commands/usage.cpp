@@ -54,10 +54,11 @@ std::string usage_problem(const CLI::App &app, const CLI::ParseError &error) {
   if (dynamic_cast<const CLI::ExtrasError *>(&error)) return unexpected_word(app);
   if (dynamic_cast<const CLI::ArgumentMismatch *>(&error))
     return fmt::format("{}: its value is missing; see '{}'", option_in(error, ":"), help_of(command));
-  if (dynamic_cast<const CLI::RequiredError *>(&error))
-    return app.get_subcommands().empty()
-               ? fmt::format("which command? see '{}'", help_of(app))
-               : fmt::format("{} is missing; see '{}'", option_in(error, " "), help_of(command));
+  if (dynamic_cast<const CLI::RequiredError *>(&error)) {
+    if (!app.get_subcommands().empty())
+      return fmt::format("{} is missing; see '{}'", option_in(error, " "), help_of(command));
+    return app.remaining(true).empty() ? fmt::format("which command? see '{}'", help_of(app)) : unexpected_word(app);
+  }
   if (dynamic_cast<const CLI::ExcludesError *>(&error))
     return fmt::format("{} excludes another option that is given; see '{}'", option_in(error, " "), help_of(command));
   return fmt::format("the command line cannot be understood; see '{}'", help_of(command));
