@@ -165,6 +165,14 @@ TEST_F(Watch, EndsWhenNobodyReads) {
   EXPECT_EQ(watch.exit_code(), 0);
 }
 
+TEST_F(Watch, EndsQuietlyWhenItCannotWriteToAPipe) {
+  const std::string watch = mcstore_command() + ' ' + drives(kRarely);
+
+  const Outcome outcome = run("trap '' PIPE; { sleep 0.3; " + watch + "; echo $? >&2; } | true");
+
+  EXPECT_EQ(outcome.err, "0\n");
+}
+
 TEST_F(Watch, RefusesAnIntervalThatIsNone) {
   const Outcome outcome = mcstore(drives("--interval 0.04"));
 

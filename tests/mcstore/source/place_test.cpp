@@ -113,21 +113,21 @@ TEST_F(CapturedPlace, RefusesLinks) {
 }
 
 TEST_F(CapturedPlace, RefusesAManifestThatIsNone) {
-  EXPECT_EQ(refusal(R"({"format": 2})"), about_manifest("manifest.format: 2 is not known: this mcstore reads 1"));
-  EXPECT_EQ(refusal(R"({"format": 1})"), about_manifest("manifest: 'host' is missing"));
-  EXPECT_EQ(refusal("[]"), about_manifest("manifest: must be an object"));
+  EXPECT_EQ(refusal(R"({"format": 2})"), about_manifest("format: 2 is not known: this mcstore reads 1"));
+  EXPECT_EQ(refusal(R"({"format": 1})"), about_manifest("host: is missing"));
+  EXPECT_EQ(refusal("[]"), about_manifest("the manifest: must be an object"));
   EXPECT_EQ(refusal(R"({"format": 1, "format": 1})"), about_manifest("format: this key stands twice in one object"));
-  EXPECT_EQ(refusal(manifest("7")), about_manifest("manifest.files[0]: must be an object"));
+  EXPECT_EQ(refusal(manifest("7")), about_manifest("files[0]: must be an object"));
   EXPECT_EQ(refusal(manifest(R"({"path": "/var/storctlr_info", "size": -1})")),
-            about_manifest("manifest.files[0].size: -1 does not fit: from 0 to 9223372036854775807 does"));
+            about_manifest("files[0].size: -1 does not fit: from 0 to 9223372036854775807 does"));
   EXPECT_EQ(refusal(manifest(R"({"path": "/var/storctlr_info", "size": 1e300})")),
-            about_manifest("manifest.files[0].size: must be a whole number"));
+            about_manifest("files[0].size: must be a whole number"));
 }
 
 TEST_F(CapturedPlace, SurvivesAManifestOfAnyDepth) {
   constexpr size_t kDepth = 200000;
-  EXPECT_EQ(refusal(std::string(kDepth, '[') + std::string(kDepth, ']')),
-            about_manifest("manifest: must be an object"));
+  EXPECT_TRUE(
+      refusal(std::string(kDepth, '[') + std::string(kDepth, ']')).ends_with("is nested deeper than 32 levels"));
 }
 
 }  // namespace

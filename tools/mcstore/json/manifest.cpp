@@ -4,7 +4,6 @@
 
 #include <optional>
 
-#include "mcstore/collect/store_content.h"
 #include "mcstore/json/json_input.h"
 #include "mcstore/json/json_writer.h"
 #include "mcstore/kinds/unit.h"
@@ -18,12 +17,12 @@ constexpr size_t kDigestLength = 64;
 
 const Json &member(const Json &object, const char *name, const std::string &place) {
   const auto found = as_object(object, place).find(name);
-  if (found == object.end()) refuse(place, fmt::format("'{}' is missing", name));
+  if (found == object.end()) refuse(member_of(place, name), "is missing");
   return *found;
 }
 
 std::string text_member(const Json &object, const char *name, size_t longest, const std::string &place) {
-  return as_text(member(object, name, place), longest, fmt::format("{}.{}", place, name));
+  return as_text(member(object, name, place), longest, member_of(place, name));
 }
 
 // As iso_time() writes it; what is behind the seconds does not matter.
@@ -35,33 +34,32 @@ time_t parse_seconds(const std::string &text, const std::string &place) {
 }
 
 CapturedFile parse_file(const Json &json, const std::string &place) {
-  CapturedFile file = {
+  return {
       .path = text_member(json, "path", kLongestText, place),
-      .size = as_number(member(json, "size", place), 0, INT64_MAX, fmt::format("{}.size", place)),
+      .size = as_number(member(json, "size", place), 0, INT64_MAX, member_of(place, "size")),
       .modified = text_member(json, "modified", kLongestText, place),
       .sha256 = text_member(json, "sha256", kDigestLength, place),
   };
-  return file;
 }
 
 std::vector<CapturedFile> parse_files(const Json &json, const std::string &place) {
-  if (!json.is_array()) refuse(place, "must be an array");
   std::vector<CapturedFile> files;
-  for (const Json &file : json) files.push_back(parse_file(file, fmt::format("{}[{}]", place, files.size())));
+  for (const Json &file : as_array(json, place))
+    files.push_back(parse_file(file, fmt::format("{}[{}]", place, files.size())));
   return files;
 }
 
-Manifest parse(const std::string &text) {
+Manifest parse_document(const std::string &text) {
   const Json json = parse_json(text);
-  const std::string place = "manifest";
-  const uint64_t format = as_number(member(json, "format", place), 0, INT64_MAX, "manifest.format");
+  as_object(json, "the manifest");
+  const uint64_t format = as_number(member(json, "format", ""), 0, INT64_MAX, "format");
   if (format != kManifestFormat)
-    refuse("manifest.format", fmt::format("{} is not known: this mcstore reads {}", format, kManifestFormat));
+    refuse("format", fmt::format("{} is not known: this mcstore reads {}", format, kManifestFormat));
   return {
-      .host = text_member(json, "host", kLongestText, place),
-      .version = text_member(member(json, "tool", place), "version", kLongestText, "manifest.tool"),
-      .time = parse_seconds(text_member(json, "time", kLongestText, place), "manifest.time"),
-      .files = parse_files(member(json, "files", place), "manifest.files"),
+      .host = text_member(json, "host", kLongestText, ""),
+      .version = text_member(member(json, "tool", ""), "version", kLongestText, "tool"),
+      .time = parse_seconds(text_member(json, "time", kLongestText, ""), "time"),
+      .files = parse_files(member(json, "files", ""), "files"),
   };
 }
 
@@ -94,7 +92,7 @@ std::string to_json(const Manifest &manifest) {
 
 Manifest parse_manifest(const std::string &text) {
   try {
-    return parse(text);
+    return parse_document(text);
   } catch (const InventoryError &error) {
     throw InvalidManifest(error.what());
   }
