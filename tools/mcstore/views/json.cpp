@@ -6,7 +6,7 @@
 namespace mcstore {
 namespace {
 
-constexpr int kFormat = 2;
+constexpr int kDocumentFormat = 2;
 
 void text_or_null(JsonWriter &json, std::string_view text) {
   if (text.empty())
@@ -38,7 +38,7 @@ void write_store(JsonWriter &json, const std::optional<StoreFacts> &store) {
 
 void JsonDocument::begin(const DocumentHead &head) {
   json_.begin_object();
-  json_.key("format").number(kFormat);
+  json_.key("format").number(kDocumentFormat);
   json_.key("tool").begin_object();
   json_.key("name").text("mcstore");
   json_.key("version").text(head.version);
