@@ -6,7 +6,7 @@
 #include <charconv>
 #include <map>
 
-#include "mcstore/json/field_key.h"
+#include "mcstore/json/inventory_format.h"
 #include "mcstore/kinds/value.h"
 
 namespace mcstore {

@@ -17,6 +17,9 @@ class Place : public host::Redirection {
   // The directory as it was given; "/" for this machine.
   const std::string &directory() const { return directory_; }
 
+  // Where the store files are.
+  const std::string &var() const { return var_; }
+
   // Where a path of the plug-in leads.
   std::string real(std::string_view path) const;
 
