@@ -56,6 +56,25 @@ TEST_F(JsonViews, OfAnUnreadableKindTellWhatIsWrong) {
   EXPECT_EQ(unreadable["devices"].text(), "[]");
 }
 
+TEST_F(JsonViews, AreWholeWithoutThePlugin) {
+  files.write_text("/no-plugin.so", "");
+
+  const Outcome outcome = mcstore_here("get all --format json --plugin " + files.real("/no-plugin.so"));
+
+  EXPECT_EQ(outcome.exit_code, 1);
+  EXPECT_EQ(ShownJson(outcome.out)["kinds"][6]["status"], "unreadable");
+}
+
+TEST_F(JsonViews, TellByTheExitCodeWhetherThereIsAnything) {
+  EXPECT_EQ(mcstore_here("get all --format json").exit_code, 3);
+
+  files.write("/var/storctlr_info", Bytes::hex("02"));
+  EXPECT_EQ(mcstore_here("get all --format json").exit_code, 0);
+
+  files.write("/var/storctlr_info", Bytes::hex("02 00"));
+  EXPECT_EQ(mcstore_here("get all --format json").exit_code, 1);
+}
+
 TEST_F(JsonViews, InLinesNameTheKindOfEachDevice) {
   files.write("/var/storctlr_info", Bytes::hex("02") + Bytes::repeated(2 * kControllerSize, 0));
 

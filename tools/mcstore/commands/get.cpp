@@ -2,9 +2,10 @@
 
 #include <fmt/core.h>
 
-#include <algorithm>
 #include <ctime>
 #include <memory>
+#include <optional>
+#include <stdexcept>
 
 #include "mcstore/commands/command.h"
 #include "mcstore/commands/options.h"
@@ -41,42 +42,72 @@ class PiecewiseOutput {
   }
 };
 
-DocumentHead document_head(const Source &source) {
+// Reads kinds, and keeps in mind what the exit code is to be.
+class Reader {
+ public:
+  explicit Reader(const SourceOptions &options) {
+    try {
+      source_.emplace(options);
+    } catch (const std::runtime_error &failure) {
+      failure_ = failure.what();
+    }
+  }
+
+  // Without the plug-in, every kind is unreadable: a document says so of each, and stays whole.
+  KindInventory read(const Kind &kind) {
+    KindInventory inventory = source_ ? source_->read(kind) : unreadable(kind);
+    has_data_ = has_data_ || inventory.has_data();
+    is_whole_ = is_whole_ && inventory.status != KindStatus::kUnreadable && inventory.status != KindStatus::kDamaged;
+    return inventory;
+  }
+
+  int exit_code() const { return !is_whole_ ? kFailure : has_data_ ? kSuccess : kNothingThere; }
+
+ private:
+  KindInventory unreadable(const Kind &kind) const {
+    KindInventory inventory(kind);
+    inventory.status = KindStatus::kUnreadable;
+    inventory.error = failure_;
+    return inventory;
+  }
+
+  std::optional<Source> source_;
+  std::string failure_;
+  bool has_data_ = false;
+  bool is_whole_ = true;
+};
+
+DocumentHead document_head(const std::string &from) {
   struct timespec now = {};
   now.tv_sec = time(nullptr);
-  return {.version = MCSTORE_VERSION, .time = iso_time(now), .root = source.place().directory()};
-}
-
-// Tells what a line for each device cannot.
-int complain_of(const KindInventory &inventory) {
-  for (const std::string &note : inventory.notes) complain(fmt::format("{}: {}", inventory.kind->name, note), kSuccess);
-  if (inventory.error.empty() || inventory.status == KindStatus::kAbsent) return kSuccess;
-  return complain(fmt::format("{}: {}", inventory.kind->name, inventory.error), kFailure);
+  return {.version = MCSTORE_VERSION, .time = iso_time(now), .root = from.empty() ? "/" : from};
 }
 
 int get_json(const GetOptions &options) {
-  Source source(options.source);
+  Reader reader(options.source);
   const Judge judge(Standards{});
   PiecewiseOutput out;
-  JsonDocument document(out.text, judge, document_head(source));
-  for (const Kind *kind : chosen_kinds(options.kind)) document.add(source.read(*kind), [&] { out.print_if_long(); });
+  JsonDocument document(out.text, judge, document_head(options.source.from));
+  for (const Kind *kind : chosen_kinds(options.kind)) document.add(reader.read(*kind), [&] { out.print_if_long(); });
   document.end();
   out.print_all();
-  return kSuccess;
+  return reader.exit_code();
 }
 
 int get_ndjson(const GetOptions &options) {
-  Source source(options.source);
+  Reader reader(options.source);
   const Judge judge(Standards{});
   PiecewiseOutput out;
-  int exit_code = kSuccess;
   for (const Kind *kind : chosen_kinds(options.kind)) {
-    const KindInventory inventory = source.read(*kind);
+    const KindInventory inventory = reader.read(*kind);
     append_ndjson(out.text, inventory, judge, [&] { out.print_if_long(); });
-    exit_code = std::max(exit_code, complain_of(inventory));
+    // A line for each device has no room for what is wrong with a kind.
+    for (const std::string &note : inventory.notes) complain(fmt::format("{}: {}", kind->name, note), kSuccess);
+    if (!inventory.error.empty() && inventory.status != KindStatus::kAbsent)
+      complain(fmt::format("{}: {}", kind->name, inventory.error), kFailure);
   }
   out.print_all();
-  return exit_code;
+  return reader.exit_code();
 }
 
 int get_hex(const GetOptions &options) {
