@@ -13,11 +13,13 @@ inherit cmake pkgconfig
 
 EXTRA_OECMAKE = "-DCMAKE_BUILD_TYPE=Release -DCMAKE_UNITY_BUILD=ON -DBUILD_TESTING=OFF"
 
-# mcstore, in a package of its own. The recipes that it takes are meta-oe's. None of them is on the image: three are
-# headers, and pugixml is linked in, so its recipe must keep the static library (-DBUILD_SHARED_LIBS=OFF).
+# mcstore, in a package of its own. The recipes that it takes are meta-oe's; libmd and util-linux are the core layer's.
+# On the image there is util-linux's libsmartcols alone, for bitbake sees that mcstore needs it. Three are headers, and
+# pugixml and libmd are linked in, so their recipes must keep the static libraries (-DBUILD_SHARED_LIBS=OFF, and
+# DISABLE_STATIC = "").
 # PACKAGECONFIG:remove = "tools" builds the plug-in alone.
 PACKAGECONFIG ??= "tools"
-PACKAGECONFIG[tools] = "-DMCS_TOOLS=ON,-DMCS_TOOLS=OFF,cli11 fmt nlohmann-json pugixml"
+PACKAGECONFIG[tools] = "-DMCS_TOOLS=ON,-DMCS_TOOLS=OFF,cli11 fmt libmd nlohmann-json pugixml util-linux"
 
 PACKAGES =+ "${PN}-tools"
 FILES:${PN}-tools = "${bindir}/mcstore ${datadir}/bash-completion ${datadir}/zsh"

@@ -34,6 +34,8 @@ void none_is_not_a_value_of_the_field();
 template <RowName row>
 void xml_form_does_not_fit_the_field();
 template <RowName row>
+void only_if_names_no_flag_or_text_of_the_table();
+template <RowName row>
 void row_has_no_xml_attribute();
 template <RowName row>
 void row_is_not_shown_once();
@@ -114,6 +116,17 @@ consteval bool xml_fits(const Field &field) {
   return shows_number ? is_number(field) && field.width <= 4 : shows_text;
 }
 
+// Does the row's condition, if it has one, name a row of the table whose value can tell?
+template <const auto &table>
+consteval bool only_if_fits(const Field &field) {
+  const auto [name, begins_with] = field.meaning.only_if;
+  if (!name) return !begins_with;
+  const size_t row = find_row(table, name);
+  if (row == table.size() || table[row].name == std::string_view(field.name)) return false;
+  const FieldType type = table[row].type;
+  return begins_with ? type == FieldType::kText : type == FieldType::kFlag || type == FieldType::kInvertedFlag;
+}
+
 consteval bool has_xml(const Field &field) { return field.meaning.xml.name != nullptr; }
 
 // The first row that does not hold; as many as there are rows when all do.
@@ -156,6 +169,7 @@ consteval bool means_something() {
   MCS_PROVE_ROWS(table, has_words_if_a_status, status_has_no_words)
   MCS_PROVE_ROWS(table, none_fits, none_is_not_a_value_of_the_field)
   MCS_PROVE_ROWS(table, xml_fits, xml_form_does_not_fit_the_field)
+  MCS_PROVE_ROWS(table, only_if_fits<table>, only_if_names_no_flag_or_text_of_the_table)
   return true;
 }
 

@@ -13,6 +13,7 @@ using mcserver::Base;
 using mcserver::ByteOrder;
 using mcserver::Field;
 using mcserver::FieldType;
+using mcserver::OnlyIf;
 using mcserver::Unit;
 using mcserver::Word;
 using mcstore::Kind;
@@ -57,11 +58,19 @@ std::string_view unit_name(Unit unit) {
       return "days";
     case Unit::kTimeStamp:
       return "time stamp";
+    case Unit::kCelsius:
+      return "°C";
   }
   return "";
 }
 
-// How the number is read, which values have a word, and which stand for none.
+// In which records the field means something.
+std::string only_if_text(const OnlyIf &only_if) {
+  if (!only_if.begins_with) return fmt::format("only if `{}`", only_if.field);
+  return fmt::format("only if `{}` begins with {}", only_if.field, only_if.begins_with);
+}
+
+// How the number is read, which values have a word, which stand for none, and when it means something at all.
 std::string values(const Field &field) {
   std::vector<std::string> parts;
   if (field.meaning.base == Base::kHexadecimal) parts.emplace_back("hexadecimal");
@@ -69,6 +78,7 @@ std::string values(const Field &field) {
   if (field.type != FieldType::kStatus)  // whose words have a table of their own
     for (const Word &word : field.meaning.words) parts.push_back(fmt::format("{} {}", word.value, word.text));
   for (const int64_t none : field.meaning.none) parts.push_back(fmt::format("{} = none", none));
+  if (field.meaning.only_if.field) parts.push_back(only_if_text(field.meaning.only_if));
   return fmt::format("{}", fmt::join(parts, ", "));
 }
 

@@ -54,8 +54,9 @@ In the tables:
 | array | entries, which have a table of their own |
 
 A time stamp counts seconds since 1970. "Values" tells what single values mean, as far as anybody has defined it: a value
-that is not listed is the collector's own. "In a reply" is the byte order of the number there; in a simulated reply every
-number is little-endian. A field without a line is not printed.
+that is not listed is the collector's own; and where the field means something only in some records. "In a reply" is the
+byte order of the number there; in a simulated reply every number is little-endian. A field without a line is not
+printed.
 )";
 
 std::string code(std::string_view text) { return fmt::format("`{}`", text); }

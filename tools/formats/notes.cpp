@@ -42,7 +42,8 @@ constexpr Note kNotes[] = {
     {"drives", Place::kStoreFile, "noofDrives",
      "what the collector announces; the file's size decides how many records are read"},
     {"drives", Place::kReplyHeader, "announced", "the low 16 bits of the store file's `noofDrives`"},
-    {"drives", Place::kRecord, "", "a dump has the fields in another order, and `temperature` only with `temp_valid`"},
+    {"drives", Place::kRecord, "",
+     "a dump has the fields in another order, without a `temperature` that means nothing"},
     {"drives", Place::kReply, "",
      "a simulated reply announces two records, but three are written: the last one lies behind the length"},
     {"drives", Place::kGone, "", "the identity"},
@@ -69,8 +70,7 @@ constexpr Note kNotes[] = {
     {"nvme-controllers", Place::kStoreFile, "subsystem_state",
      "a value of the state names; an event compares records while it is Main_Power"},
     {"nvme-controllers", Place::kRecord, "",
-     "a dump has the fields in the order of the attributes, `mod_timestamp` third, and those of a switch for a switch "
-     "alone"},
+     "a dump has the fields in the order of the attributes, `mod_timestamp` third, without those that mean nothing"},
     {"nvme-controllers", Place::kRecord, "status", "a value of the status names"},
     {"nvme-controllers", Place::kRecord, "switch_status",
      "in XML and dumps of a switch: as it is while it begins with Optimal; else `Severe_Fault` takes its place, and "

@@ -1,28 +1,40 @@
 // mcstore: a host for the plug-in on the command line.
 
 #include <clocale>
-#include <cstdio>
 #include <exception>
+#include <string>
+#include <string_view>
 
 #include "mcstore/commands/command.h"
 #include "mcstore/commands/output.h"
+#include "mcstore/commands/usage.h"
 
 namespace mcstore {
 namespace {
 
+// Whatever goes wrong in a check is UNKNOWN to the system that asks, which reads standard output.
+int fail(const std::string &problem, int exit_code, char **argv) {
+  const bool is_check = argv[1] && std::string_view(argv[1]) == "check";
+  return is_check ? complain_as_check(problem) : complain(problem, exit_code);
+}
+
 int run(int argc, char **argv) {
-  setlocale(LC_CTYPE, "");  // decides which characters can be shown
   CLI::App app("Shows the storage inventory of a server, as the plug-in libmcserver_storage.so reports it.", "mcstore");
   app.require_subcommand(1);
   app.set_version_flag("--version", "mcstore " MCSTORE_VERSION);
-  app.footer("Exit codes: 0 success; 1 something went wrong; 2 usage; 3 there is nothing there.");
+  app.footer(
+      "Exit codes: 0 success; 1 something went wrong; 2 usage; 3 there is nothing there. Those of check are 0 OK,\n"
+      "1 WARNING, 2 CRITICAL, 3 UNKNOWN.");
 
   Action action;
-  for (const auto add : {add_get, add_collect, add_decode}) add(app, action);
+  for (const auto add : {add_summary, add_get, add_check, add_collect, add_decode}) add(app, action);
+  if (const std::string problem = unknown_command(app, argc, argv); !problem.empty()) return complain(problem, kUsage);
   try {
     app.parse(argc, argv);
+  } catch (const CLI::Success &request) {  // for help, or the version
+    return app.exit(request);
   } catch (const CLI::ParseError &error) {
-    return app.exit(error) == 0 ? kSuccess : kUsage;
+    return fail(usage_problem(app, error), kUsage, argv);
   }
   return action();
 }
@@ -31,9 +43,10 @@ int run(int argc, char **argv) {
 }  // namespace mcstore
 
 int main(int argc, char **argv) {
+  setlocale(LC_CTYPE, "");  // decides which characters can be shown
   try {
     return mcstore::run(argc, argv);
   } catch (const std::exception &error) {
-    return mcstore::complain(error.what(), mcstore::kFailure);
+    return mcstore::fail(error.what(), mcstore::kFailure, argv);
   }
 }

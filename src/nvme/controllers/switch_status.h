@@ -5,12 +5,13 @@
 #include <cstring>
 
 #include "mcserver_storage.h"
+#include "records/nvme_controller_record.h"
 
 namespace mcserver::nvme::controllers {
 
 inline bool is_switch(const NvmeCtlrInfo &record) {
-  constexpr char prefix[] = "NVME-MSWITCH";
-  return strncmp(record.controller_type, prefix, sizeof prefix - 1) == 0;
+  constexpr const char *prefix = records::kIsSwitch.begins_with;
+  return strncmp(record.controller_type, prefix, strlen(prefix)) == 0;
 }
 
 // A text that begins with "Optimal" is shown as it is. Any other is the description of a fault: a word takes its place,

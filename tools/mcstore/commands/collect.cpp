@@ -12,6 +12,7 @@
 #include "mcstore/collect/store_content.h"
 #include "mcstore/commands/command.h"
 #include "mcstore/commands/output.h"
+#include "mcstore/commands/validators.h"
 
 namespace mcstore {
 namespace {

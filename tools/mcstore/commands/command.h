@@ -3,6 +3,7 @@
 
 #include <CLI/CLI.hpp>
 #include <functional>
+#include <string>
 
 namespace mcstore {
 
@@ -14,8 +15,13 @@ inline constexpr int kNothingThere = 3;
 // What the chosen command does; returns the exit code.
 using Action = std::function<int()>;
 
+void add_summary(CLI::App &app, Action &action);
 void add_get(CLI::App &app, Action &action);
+void add_check(CLI::App &app, Action &action);
 void add_collect(CLI::App &app, Action &action);
 void add_decode(CLI::App &app, Action &action);
+
+// Tells on standard output, as monitoring systems expect it, that the check could not be made.
+int complain_as_check(const std::string &problem);
 
 }  // namespace mcstore

@@ -9,6 +9,7 @@
 #include "mcstore/commands/command.h"
 #include "mcstore/commands/options.h"
 #include "mcstore/commands/output.h"
+#include "mcstore/commands/validators.h"
 #include "mcstore/decode/decoding.h"
 #include "mcstore/decode/progress.h"
 #include "mcstore/source/place.h"
@@ -77,13 +78,13 @@ void add_decode(CLI::App &app, Action &action) {
                   "Where the copies are, under the files' own names; or the directory above var")
       ->required()
       ->type_name("")
-      ->check(CLI::ExistingDirectory);
+      ->check(existing_directory());
   command.add_option("OUTPUT_DIR", options->output_dir, "Where the text goes; made if needed")
       ->required()
       ->type_name("");
   command.add_option("KIND", options->kinds, "What to decode; everything if there is none")
       ->type_name("")
-      ->check(CLI::IsMember(decodable_kinds()));
+      ->check(one_of(decodable_kinds()));
   add_plugin_option(command, options->plugin);
   command.callback([options, &action] { action = [options] { return decode(*options); }; });
 }

@@ -2,124 +2,162 @@
 
 #include <fmt/core.h>
 
+#include <algorithm>
 #include <ctime>
 #include <memory>
-#include <optional>
-#include <stdexcept>
 
 #include "mcstore/commands/command.h"
 #include "mcstore/commands/options.h"
 #include "mcstore/commands/output.h"
-#include "mcstore/kinds/unit.h"
-#include "mcstore/views/hex.h"
-#include "mcstore/views/json.h"
+#include "mcstore/commands/presentation.h"
+#include "mcstore/commands/validators.h"
+#include "mcstore/kinds/nearest.h"
+#include "mcstore/kinds/printable.h"
+#include "mcstore/views/columns.h"
+#include "mcstore/views/list.h"
+#include "mcstore/views/selection.h"
 
 namespace mcstore {
 namespace {
 
-constexpr char kJson[] = "json";
-constexpr char kNdjson[] = "ndjson";
-constexpr char kHex[] = "hex";
-
 struct GetOptions {
   SourceOptions source;
   std::string kind;
-  std::string format = kHex;
+  std::string format = format_names().front();
+  bool is_raw_xml = false;
+  std::vector<std::string> filters;
+  Selection selection;
+  PresentationOptions presentation;
+  ColourChoice colour = ColourChoice::kAuto;
 };
 
-// Prints in large pieces what is appended to a string, so that an inventory of any size takes little memory.
-class PiecewiseOutput {
- public:
-  std::string text = {};
-
-  void print_if_long() {
-    constexpr size_t kLong = 65536;
-    if (text.size() > kLong) print_all();
+// What is wrong with a column's name: nothing if one of the kinds has it.
+std::string column_problem(const std::vector<const Kind *> &chosen, const std::string &word) {
+  std::vector<std::string> known;
+  for (const Kind *kind : chosen) {
+    if (find_column(*kind, word)) return {};
+    for (const Column &column : every_column(*kind)) known.push_back(column.name);
+    for (const Column &column : chosen_columns(*kind))
+      if (!equal_but_for_case(column.heading, column.name)) known.push_back(column.heading);
   }
-  void print_all() {
-    print(text);
-    text.clear();
-  }
-};
+  std::ranges::sort(known);
+  known.erase(std::unique(known.begin(), known.end()), known.end());
+  return fmt::format("there is no column '{}'; the nearest: {}", word, nearest(word, known));
+}
 
-// Reads kinds, and keeps in mind what the exit code is to be.
-class Reader {
+// What cannot be done as it was asked.
+std::string problem(const GetOptions &options, const std::vector<const Kind *> &chosen) {
+  const PresentationOptions &shown = options.presentation;
+  const bool has_columns = options.format == "table" || options.format == "csv";
+  if (options.format == "csv" && chosen.size() > 1)
+    return "--format csv: a table holds one kind: choose one instead of 'all'";
+  if (!has_columns && !shown.columns.empty()) return "--columns: only the formats table and csv have columns";
+  if (options.is_raw_xml && std::ranges::any_of(chosen, [](const Kind *kind) { return kind->layout.has_value(); }))
+    return "--raw-xml: only nvme-controllers and nvme-drives are reported in XML: choose one of them";
+
+  std::vector<std::string> names = shown.columns;
+  if (!options.selection.sort.empty()) names.push_back(options.selection.sort);
+  for (const Filter &filter : options.selection.filters) names.push_back(filter.column);
+  for (const std::string &name : names)
+    if (std::string text = column_problem(chosen, name); !text.empty()) return text;
+  return {};
+}
+
+// What was found of what was asked for.
+class Findings {
  public:
-  explicit Reader(const SourceOptions &options) {
-    try {
-      source_.emplace(options);
-    } catch (const std::runtime_error &failure) {
-      failure_ = failure.what();
+  Findings(const GetOptions &options, const Source &source) : options_(options), source_(source) {}
+
+  // Tells what is wrong with the kind; of the rest, what the presentation does not.
+  void take(const KindInventory &inventory, bool is_told) {
+    const bool is_failure = inventory.status == KindStatus::kUnreadable || inventory.status == KindStatus::kDamaged;
+    has_failed_ |= is_failure;
+    has_data_ |= inventory.has_data();
+    if (is_failure) complain(inventory.error, kFailure);
+    if (inventory.status == KindStatus::kAbsent) why_absent_ = inventory.error;
+    for (const std::string &remark : is_told || is_failure ? std::vector<std::string>() : remarks(inventory))
+      complain(fmt::format("{}: {}", inventory.kind->name, remark), kSuccess);
+    if (!options_.selection.devices.empty()) take_names(inventory);
+  }
+
+  int exit_code() const {
+    if (!has_data_ && !has_failed_) return complain(nothing_there(), kNothingThere);
+    bool is_missing = false;
+    for (const std::string &word : options_.selection.devices)
+      if (std::ranges::count(found_, word) == 0) is_missing = complain(no_such_device(word), kNothingThere) != 0;
+    if (has_failed_) return kFailure;
+    return is_missing ? kNothingThere : kSuccess;
+  }
+
+ private:
+  void take_names(const KindInventory &inventory) {
+    for (size_t i = 0; i < inventory.size(); ++i) {
+      const Device device = inventory.device(i);
+      names_.push_back(device.name());
+      for (const std::string &word : options_.selection.devices)
+        if (device.is_called(word)) found_.push_back(word);
     }
   }
 
-  // Without the plug-in, every kind is unreadable: a document says so of each, and stays whole.
-  KindInventory read(const Kind &kind) {
-    KindInventory inventory = source_ ? source_->read(kind) : unreadable(kind);
-    has_data_ = has_data_ || inventory.has_data();
-    is_whole_ = is_whole_ && inventory.status != KindStatus::kUnreadable && inventory.status != KindStatus::kDamaged;
-    return inventory;
+  std::string nothing_there() const {
+    const std::string why = options_.kind == kAllKinds ? "it has none of the store files" : why_absent_;
+    return fmt::format("no data in {}: {}; --from DIR reads a capture, another root, or a directory with store files",
+                       source_.place().directory(), why);
   }
 
-  int exit_code() const { return !is_whole_ ? kFailure : has_data_ ? kSuccess : kNothingThere; }
-
- private:
-  KindInventory unreadable(const Kind &kind) const {
-    KindInventory inventory(kind);
-    inventory.status = KindStatus::kUnreadable;
-    inventory.error = failure_;
-    return inventory;
+  std::string no_such_device(const std::string &word) const {
+    if (names_.empty()) return fmt::format("no device is called '{}': there is none", word);
+    return fmt::format("no device is called '{}': there are {}, the nearest: {}", word, names_.size(),
+                       nearest(word, names_));
   }
 
-  std::optional<Source> source_;
-  std::string failure_;
+  const GetOptions &options_;
+  const Source &source_;
   bool has_data_ = false;
-  bool is_whole_ = true;
+  bool has_failed_ = false;
+  std::string why_absent_;
+  std::vector<std::string> names_;
+  std::vector<std::string> found_;
 };
 
-DocumentHead document_head(const std::string &from) {
-  struct timespec now = {};
-  now.tv_sec = time(nullptr);
-  return {.version = MCSTORE_VERSION, .time = iso_time(now), .root = from.empty() ? "/" : from};
+// As the bytes came, but for terminals.
+void print_raw(Record reply) {
+  const std::string_view text(reinterpret_cast<const char *>(reply.data()), reply.size());
+  print(terminal_width() ? printable(text) + '\n' : std::string(text));
 }
 
-int get_json(const GetOptions &options) {
-  Reader reader(options.source);
-  const Judge judge(Standards{});
-  PiecewiseOutput out;
-  JsonDocument document(out.text, judge, document_head(options.source.from));
-  for (const Kind *kind : chosen_kinds(options.kind)) document.add(reader.read(*kind), [&] { out.print_if_long(); });
-  document.end();
-  out.print_all();
-  return reader.exit_code();
-}
-
-int get_ndjson(const GetOptions &options) {
-  Reader reader(options.source);
-  const Judge judge(Standards{});
-  PiecewiseOutput out;
-  for (const Kind *kind : chosen_kinds(options.kind)) {
-    const KindInventory inventory = reader.read(*kind);
-    append_ndjson(out.text, inventory, judge, [&] { out.print_if_long(); });
-    // A line for each device has no room for what is wrong with a kind.
-    for (const std::string &note : inventory.notes) complain(fmt::format("{}: {}", kind->name, note), kSuccess);
-    if (!inventory.error.empty() && inventory.status != KindStatus::kAbsent)
-      complain(fmt::format("{}: {}", kind->name, inventory.error), kFailure);
+int get(GetOptions options) {
+  for (const std::string &text : options.filters) {
+    const std::optional<Filter> filter = Filter::parse(text);
+    if (!filter) return complain(fmt::format("--filter: '{}' is not KEY=VALUE", text), kUsage);
+    options.selection.filters.push_back(*filter);
   }
-  out.print_all();
-  return reader.exit_code();
-}
+  const std::vector<const Kind *> chosen = chosen_kinds(options.kind);
+  const std::string refusal = problem(options, chosen);
+  if (!refusal.empty()) return complain(refusal, kUsage);
 
-int get_hex(const GetOptions &options) {
+  PresentationOptions &shown = options.presentation;
+  const std::optional<size_t> width = terminal_width();
+  const bool has_colour = wants_colour(options.colour, width.has_value());
+  shown.style = {.width = width, .has_colour = has_colour, .has_header = shown.has_header};
+  shown.has_one_kind = chosen.size() == 1;
+  shown.shows_rows = !options.selection.devices.empty() && shown.columns.empty() && !shown.has_all_columns;
+
   Source source(options.source);
-  for (const Kind *kind : chosen_kinds(options.kind)) print(hex_dump(source.reply(*kind)));
-  return kSuccess;
-}
-
-int get(const GetOptions &options) {
-  if (options.format == kJson) return get_json(options);
-  if (options.format == kNdjson) return get_ndjson(options);
-  return get_hex(options);
+  const Judge judge({.now = time(nullptr)});
+  const auto presentation = make_presentation(options.format, shown, judge, source);
+  Findings findings(options, source);
+  presentation->begin();
+  for (const Kind *kind : chosen) {
+    const KindInventory inventory = source.read(*kind);
+    if (options.is_raw_xml && inventory.has_data())
+      print_raw(source.reply(*kind));
+    else
+      presentation->show(inventory, select(inventory, options.selection, judge));
+    findings.take(inventory, presentation->tells_remarks());
+  }
+  presentation->end();
+  return findings.exit_code();
 }
 
 }  // namespace
@@ -128,11 +166,38 @@ void add_get(CLI::App &app, Action &action) {
   const auto options = std::make_shared<GetOptions>();
   CLI::App &command = *app.add_subcommand("get", "Show the devices of a kind");
   add_kind(command, options->kind)->required();
-  command.add_option("--format", options->format, "How to show them: json, ndjson or hex")
+  command
+      .add_option("DEVICE", options->selection.devices,
+                  "Show every field of these alone, by their names or serial numbers")
+      ->type_name("");
+  command.add_option("--format", options->format, "How to show them")
       ->type_name("FORMAT")
-      ->check(CLI::IsMember({kJson, kNdjson, kHex}))
+      ->check(one_of(format_names()))
       ->capture_default_str();
+  CLI::Option &columns = *command
+                              .add_option("--columns", options->presentation.columns,
+                                          "Show these: headings, or names of fields, with commas between them")
+                              ->type_name("A,B")
+                              ->delimiter(',');
+  command.add_flag("--all-columns", options->presentation.has_all_columns, "Show all but bytes and arrays")
+      ->excludes(&columns);
+  command
+      .add_option("--sort", options->selection.sort, "Sort by this column: health from the worst on, numbers as such")
+      ->type_name("COLUMN");
+  command
+      .add_option("--filter", options->filters,
+                  "Show only devices whose column KEY shows VALUE, or is that number; all filters must fit")
+      ->type_name("KEY=VALUE")
+      ->allow_extra_args(false);
+  command.add_flag("--no-header{false}", options->presentation.has_header, "Leave out titles and headings");
+  command.add_flag("--raw-xml", options->is_raw_xml, "Show the XML of NVMe kinds as the plug-in wrote it");
+  add_colour_option(command, options->colour);
   add_source_options(command, options->source);
+  command.footer(
+      "Examples:\n"
+      "  mcstore get all\n"
+      "  mcstore get drives --filter health=CRITICAL --columns device,serial_num,pd_error\n"
+      "  mcstore get drives c0/e62/s2");
   command.callback([options, &action] { action = [options] { return get(*options); }; });
 }
 

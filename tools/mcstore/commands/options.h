@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "mcstore/inventory/source.h"
+#include "mcstore/views/colour.h"
 
 namespace mcstore {
 
@@ -15,8 +16,14 @@ inline constexpr char kAllKinds[] = "all";
 // --plugin, for commands that load it.
 void add_plugin_option(CLI::App &command, std::string &plugin);
 
+// --color, for commands whose output people read.
+void add_colour_option(CLI::App &command, ColourChoice &choice);
+
 // --from, --timeout, and what concerns the plug-in: for each command that reads an inventory.
 void add_source_options(CLI::App &command, SourceOptions &options);
+
+// The names of all kinds.
+std::vector<std::string> kind_names();
 
 // The kind to show, or all.
 CLI::Option *add_kind(CLI::App &command, std::string &kind);

@@ -1,5 +1,8 @@
 #include "mcstore/commands/output.h"
 
+#include <sys/ioctl.h>
+#include <unistd.h>
+
 #include <cerrno>
 #include <cstdio>
 #include <system_error>
@@ -8,9 +11,27 @@
 
 namespace mcstore {
 
-void print(const std::string &text) {
+void print(std::string_view text) {
   const bool is_written = fwrite(text.data(), 1, text.size(), stdout) == text.size() && fflush(stdout) == 0;
   if (!is_written) throw std::system_error(errno, std::generic_category(), "cannot write to standard output");
+}
+
+void Printer::print(std::string_view text) {
+  constexpr size_t kMostPending = 65536;
+  pending_ += text;
+  if (pending_.size() >= kMostPending) flush();
+}
+
+void Printer::flush() {
+  mcstore::print(pending_);
+  pending_.clear();
+}
+
+std::optional<size_t> terminal_width() {
+  constexpr size_t kUsual = 80;
+  if (isatty(STDOUT_FILENO) == 0) return {};
+  struct winsize size = {};
+  return ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : kUsual;
 }
 
 int complain(const std::string &message, int exit_code) {

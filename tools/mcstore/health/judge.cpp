@@ -79,22 +79,15 @@ Verdict Judge::judge_data(const KindInventory &inventory) const {
   for (const StateRule &rule : state_rules())
     if (rule.kind == inventory.kind->name && inventory.state && *inventory.state != rule.good)
       unknown(fmt::format("the subsystem's state is {}", state_text(inventory)));
-  if (standards_.stale && inventory.store) {
-    const int64_t age = standards_.now - inventory.store->modified.tv_sec;
-    if (age > *standards_.stale) unknown(fmt::format("the data are {} old", duration(age)));
-  }
+  const std::optional<int64_t> seconds = age(inventory);
+  if (standards_.stale && seconds && *seconds > *standards_.stale)
+    unknown(fmt::format("the data are {} old", duration(*seconds)));
   return verdict_from(std::move(findings));
 }
 
-KindVerdict Judge::judge(const KindInventory &inventory) const {
-  Verdict data = judge_data(inventory);
-  KindVerdict verdict = {.health = data.health, .reasons = std::move(data.reasons)};
-  for (size_t i = 0; i < inventory.size(); ++i) {
-    const Health health = judge(inventory.device(i)).health;
-    ++verdict.counts[health];
-    verdict.health = std::max(verdict.health, health);
-  }
-  return verdict;
+std::optional<int64_t> Judge::age(const KindInventory &inventory) const {
+  if (!inventory.store) return {};
+  return standards_.now - inventory.store->modified.tv_sec;
 }
 
 }  // namespace mcstore

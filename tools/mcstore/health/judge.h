@@ -1,4 +1,4 @@
-// Judges devices and kinds by the rules, and by thresholds of the user's own.
+// Judges devices, and what a source says of a kind, by the rules, and by thresholds of the user's own.
 #pragma once
 
 #include <cstdint>
@@ -21,23 +21,17 @@ struct Standards {
   std::vector<Threshold> thresholds = {};
 };
 
-// How a kind is: the worst of its devices, and what is to be said of the kind itself.
-struct KindVerdict {
-  Health health = Health::kOk;
-  std::vector<std::string> reasons = {};  // of the kind itself, not of its devices
-  std::map<Health, size_t> counts = {};   // of its devices
-};
-
 class Judge {
  public:
   explicit Judge(Standards standards);
 
   Verdict judge(const Device &device) const;
 
-  // What is wrong with the kind itself, whatever its devices say.
+  // What is wrong with the data themselves, whatever the devices say.
   Verdict judge_data(const KindInventory &inventory) const;
 
-  KindVerdict judge(const KindInventory &inventory) const;
+  // How old the data are, in seconds; nothing where no file tells.
+  std::optional<int64_t> age(const KindInventory &inventory) const;
 
  private:
   // Looked up once: there may be many devices.

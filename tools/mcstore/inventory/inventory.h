@@ -24,12 +24,12 @@ enum class KindStatus {
 
 // What a reply does not say of the store file.
 struct StoreFacts {
-  std::string path;  // as the plug-in knows it
-  struct timespec modified;
-  uint64_t size;
-  std::optional<uint64_t> announced;  // records, where the header says so
-  uint64_t records;                   // whole ones that it holds
-  uint64_t left_over;                 // bytes behind them
+  std::string path = {};  // as the plug-in knows it
+  struct timespec modified = {};
+  uint64_t size = 0;
+  std::optional<uint64_t> announced = {};  // records, where the header says so
+  uint64_t records = 0;                    // whole ones that it holds
+  uint64_t left_over = 0;                  // bytes behind them
 };
 
 class KindInventory {

@@ -22,14 +22,18 @@ void set(KindInventory &inventory, KindStatus status, std::string error) {
   inventory.error = std::move(error);
 }
 
-// A simulation needs neither lock nor store file, so what is missing is no failure yet.
+bool exists(const std::string &path) { return access(path.c_str(), F_OK) == 0 || errno != ENOENT; }
+
+// A simulation needs neither lock nor store file, so what is missing is no failure yet. The lock is taken all the same:
+// the plug-in would wait for it without an end.
 class LockedStore {
  public:
   LockedStore(const Place &place, const Kind &kind, const Patience &patience) {
     const std::string path = place.real(kind.store_path);
-    if (kind.store_path.empty() || (access(path.c_str(), F_OK) != 0 && errno == ENOENT)) return;
-    lock_.emplace(place.real(kind.lock_path), patience);
-    file_.emplace(path, kind);
+    const bool has_store = !kind.store_path.empty() && exists(path);
+    const std::string lock_path = place.real(kind.lock_path);
+    if (has_store || exists(lock_path)) lock_.emplace(lock_path, patience);
+    if (has_store) file_.emplace(path, kind);
   }
 
   StoreFile *file() { return file_ ? &*file_ : nullptr; }

@@ -40,11 +40,16 @@ std::string Device::text(std::string_view name) const {
   return field ? text(*field) : "";
 }
 
+std::vector<Record> Device::entries(const Field &field) const {
+  return entries_of(record_, field, raw_number(record_, *find(field.entries->count)));
+}
+
 std::string Device::name() const { return std::string(kind_->prefix) + filled_in(kind_->device_name); }
 
 std::string Device::place() const { return filled_in(kind_->place); }
 
 bool Device::is_called(std::string_view word) const {
+  if (word.empty()) return false;  // as the texts of some devices are
   if (word == name() || word == filled_in(kind_->device_name)) return true;
   return std::ranges::any_of(kind_->identity, [&](std::string_view name) {
     const Field *field = find(name);

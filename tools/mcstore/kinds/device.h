@@ -6,6 +6,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "mcstore/kinds/kind.h"
 #include "mcstore/kinds/value.h"
@@ -39,6 +40,9 @@ class Device {
   // The field as people read it; "none" where it means nothing. Not yet printable.
   std::string text(const Field &field) const;
   std::string text(std::string_view name) const;  // empty if this device does not have it
+
+  // The entries of an array that count.
+  std::vector<Record> entries(const Field &field) const;
 
   // What people call the device ("c0/e62/s2", "vd c0/0"), where it is, and what it is. Not yet printable.
   std::string name() const;

@@ -63,6 +63,7 @@ Kind controllers() {
       .device_name = "c{index}",
       .place = "{controller}",
       .model = "product_name",
+      .temperature = "controller_temperature",
   };
   take_facts(kind, records::kControllerFacts);
   return kind;
@@ -81,8 +82,10 @@ Kind drives() {
       .layout = layout_of<records::kDriveReplyHeader>(),
       .prefix = "",
       .device_name = "c{controller_index}/e{enclosure_device_id}/s{slot_num}",
-      .place = "controller {controller_index}, enclosure {enclosure_device_id}, slot {slot_num}",
+      .place = "enclosure {enclosure_device_id}, slot {slot_num}",
       .model = "product_id",
+      .capacity = "raw_size",
+      .temperature = "temperature",
   };
   take_facts(kind, records::kDriveFacts);
   return kind;
@@ -104,6 +107,7 @@ Kind bbus() {
       .device_name = "c{controller_index}",
       .place = "controller {controller_index}",
       .model = "device_name",
+      .temperature = "temperature",
   };
   take_facts(kind, records::kBbuFacts);
   return kind;
@@ -121,8 +125,9 @@ Kind virtual_drives() {
       .layout = layout_of<records::kVirtualDriveReplyHeader>(),
       .prefix = "vd ",
       .device_name = "c{controller_index}/{target_id}",
-      .place = "controller {controller_index}, target {target_id}",
+      .place = "controller {controller_index}",
       .model = "name",
+      .capacity = "size",
   };
   take_facts(kind, records::kVirtualDriveFacts);
   return kind;
@@ -169,6 +174,7 @@ Kind nvme_controllers() {
       .device_name = "{controller_name}",
       .place = "{controller_type}",
       .model = "product_id",
+      .temperature = "switch_temperature",
   };
   take_facts(kind, records::kNvmeControllerFacts);
   return kind;
@@ -186,8 +192,9 @@ Kind nvme_drives() {
       .fields = records::kNvmeDrive,
       .prefix = "nvme ",
       .device_name = "{smbios_pcislotname}",
-      .place = "controller {controller_name}",
+      .place = "at {controller_name}",
       .model = "product_name",
+      .temperature = "temperature",
   };
   take_facts(kind, records::kNvmeDriveFacts);
   return kind;
@@ -197,6 +204,15 @@ Kind nvme_drives() {
 
 std::span<const Field> fields_of(const Kind &kind, std::span<const uint8_t> record) {
   return kind.variant && record[kind.variant->flag.offset] != 0 ? kind.variant->fields : kind.fields;
+}
+
+std::vector<const Field *> every_field(const Kind &kind) {
+  std::vector<const Field *> fields;
+  for (const Field &field : kind.fields) fields.push_back(&field);
+  if (!kind.variant) return fields;
+  for (const Field &field : kind.variant->fields)
+    if (mcserver::find_row(kind.fields, field.name) == kind.fields.size()) fields.push_back(&field);
+  return fields;
 }
 
 const std::vector<Kind> &kinds() {

@@ -62,10 +62,17 @@ struct Kind {
   std::string_view device_name;  // the rest of it, with fields in braces
   std::string_view place;        // where the device is, likewise
   std::string_view model;        // the field that says what it is
+
+  // The fields that are summed up for all devices of the kind, and whose least and greatest are told; empty for none.
+  std::string_view capacity = {};
+  std::string_view temperature = {};
 };
 
 // The fields that this record has.
 std::span<const Field> fields_of(const Kind &kind, std::span<const uint8_t> record);
+
+// The fields that some record of the kind can have, each name once.
+std::vector<const Field *> every_field(const Kind &kind);
 
 const std::vector<Kind> &kinds();
 

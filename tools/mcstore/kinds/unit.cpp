@@ -2,8 +2,10 @@
 
 #include <fmt/core.h>
 
+#include <charconv>
 #include <ctime>
 #include <iterator>
+#include <string_view>
 
 namespace mcstore {
 namespace {
@@ -35,7 +37,24 @@ std::string time_stamp(uint64_t number) {
   return text;
 }
 
+constexpr int64_t kMinute = 60;
+constexpr int64_t kHour = 60 * kMinute;
+constexpr int64_t kDay = 24 * kHour;
+
 }  // namespace
+
+std::optional<int64_t> parse_duration(const std::string &text) {
+  int64_t number = 0;
+  const char *const end = text.data() + text.size();
+  const auto result = std::from_chars(text.data(), end, number);
+  constexpr int64_t kLongest = 100 * 365 * kDay;  // a century: no product of it overflows
+  if (result.ec != std::errc() || number < 0 || number > kLongest) return {};
+  const std::string_view unit(result.ptr, end);
+  if (unit.empty() || unit == "s") return number;
+  if (unit == "m") return number * kMinute;
+  if (unit == "h") return number * kHour;
+  return unit == "d" ? std::optional(number * kDay) : std::nullopt;
+}
 
 bool has_form(Unit unit) { return unit != Unit::kNone; }
 
@@ -61,9 +80,6 @@ std::string in_unit(uint64_t number, Unit unit) {
 }
 
 std::string duration(int64_t seconds) {
-  constexpr int64_t kMinute = 60;
-  constexpr int64_t kHour = 60 * kMinute;
-  constexpr int64_t kDay = 24 * kHour;
   if (seconds >= 2 * kDay) return fmt::format("{} days", seconds / kDay);
   if (seconds >= 2 * kHour) return fmt::format("{} h", seconds / kHour);
   if (seconds >= 2 * kMinute) return fmt::format("{} min", seconds / kMinute);

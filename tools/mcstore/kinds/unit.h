@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <ctime>
+#include <optional>
 #include <string>
 
 #include "shared/field.h"
@@ -18,6 +19,9 @@ std::string in_unit(uint64_t number, mcserver::Unit unit);
 
 // "40 s", "12 min", "5 h", "3 days": how long that is, in the largest unit of which there are two.
 std::string duration(int64_t seconds);
+
+// "90", "90s", "15m", "6h", "2d" as seconds; nothing if the text is none of these.
+std::optional<int64_t> parse_duration(const std::string &text);
 
 // "2026-03-02T10:00:00Z", with nanoseconds if there are any. Empty for a time that has no year.
 std::string iso_time(const struct timespec &time);

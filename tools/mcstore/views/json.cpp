@@ -35,8 +35,7 @@ void write_store(JsonWriter &json, const std::optional<StoreFacts> &store) {
 
 }  // namespace
 
-JsonDocument::JsonDocument(std::string &out, const Judge &judge, const DocumentHead &head)
-    : out_(out), judge_(judge), json_(out, JsonWriter::Layout::kIndented) {
+void JsonDocument::begin(const DocumentHead &head) {
   json_.begin_object();
   json_.key("format").number(kInventoryFormat);
   json_.key("tool").begin_object();
@@ -48,7 +47,7 @@ JsonDocument::JsonDocument(std::string &out, const Judge &judge, const DocumentH
   json_.key("kinds").begin_array();
 }
 
-void JsonDocument::add(const KindInventory &inventory, const Taker &take) {
+void JsonDocument::begin_kind(const KindInventory &inventory) {
   json_.begin_object();
   json_.key("kind").text(inventory.kind->name);
   json_.key("status").text(word_for(inventory.status));
@@ -58,13 +57,15 @@ void JsonDocument::add(const KindInventory &inventory, const Taker &take) {
   if (const char *word = state_word(inventory)) json_.key("state_text").text(word);
   write_store(json_.key("store"), inventory.store);
   json_.key("devices").begin_array();
-  for (size_t i = 0; i < inventory.size(); ++i) {
-    const Device device = inventory.device(i);
-    json_.begin_object();
-    write_device(json_, device, judge_.judge(device));
-    json_.end_object();
-    take();
-  }
+}
+
+void JsonDocument::add(const Device &device, const Verdict &verdict) {
+  json_.begin_object();
+  write_device(json_, device, verdict);
+  json_.end_object();
+}
+
+void JsonDocument::end_kind() {
   json_.end_array();
   json_.end_object();
 }
@@ -75,17 +76,15 @@ void JsonDocument::end() {
   out_ += '\n';
 }
 
-void append_ndjson(std::string &out, const KindInventory &inventory, const Judge &judge, const Taker &take) {
-  for (size_t i = 0; i < inventory.size(); ++i) {
-    const Device device = inventory.device(i);
-    JsonWriter json(out, JsonWriter::Layout::kOneLine);
-    json.begin_object();
-    json.key("kind").text(inventory.kind->name);
-    write_device(json, device, judge.judge(device));
-    json.end_object();
-    out += '\n';
-    take();
-  }
+std::string ndjson_line(const Device &device, const Verdict &verdict) {
+  std::string line;
+  JsonWriter json(line, JsonWriter::Layout::kOneLine);
+  json.begin_object();
+  json.key("kind").text(device.kind().name);
+  write_device(json, device, verdict);
+  json.end_object();
+  line += '\n';
+  return line;
 }
 
 }  // namespace mcstore

@@ -1,18 +1,14 @@
 // The inventory in JSON: as one document, or a line for each device. docs/json.md describes both.
 #pragma once
 
-#include <functional>
 #include <string>
 #include <string_view>
 
-#include "mcstore/health/judge.h"
+#include "mcstore/health/health.h"
 #include "mcstore/inventory/inventory.h"
 #include "mcstore/json/json_writer.h"
 
 namespace mcstore {
-
-// Called behind each device: the caller may take away what has been appended, and empty the string.
-using Taker = std::function<void()>;
 
 // What stands before the devices.
 struct DocumentHead {
@@ -21,24 +17,24 @@ struct DocumentHead {
   std::string root;          // where the inventory is from
 };
 
-// One document for all kinds, made one device at a time.
+// One document for all kinds, made one device at a time. Appends to a string of the caller's, who may empty it at any
+// time.
 class JsonDocument {
  public:
-  // Begins the document, which is appended to `out`.
-  JsonDocument(std::string &out, const Judge &judge, const DocumentHead &head);
+  explicit JsonDocument(std::string &out) : out_(out), json_(out, JsonWriter::Layout::kIndented) {}
 
-  void add(const KindInventory &inventory, const Taker &take);
-
-  // Ends the document: without it there is none.
+  void begin(const DocumentHead &head);
+  void begin_kind(const KindInventory &inventory);
+  void add(const Device &device, const Verdict &verdict);
+  void end_kind();
   void end();
 
  private:
   std::string &out_;
-  const Judge &judge_;
   JsonWriter json_;
 };
 
-// A line for each device.
-void append_ndjson(std::string &out, const KindInventory &inventory, const Judge &judge, const Taker &take);
+// The device in a line of its own.
+std::string ndjson_line(const Device &device, const Verdict &verdict);
 
 }  // namespace mcstore
