@@ -27,7 +27,8 @@ int run(int argc, char **argv) {
       "1 WARNING, 2 CRITICAL, 3 UNKNOWN.");
 
   Action action;
-  for (const auto add : {add_summary, add_get, add_check, add_collect, add_decode}) add(app, action);
+  for (const auto add : {add_summary, add_check, add_get, add_diff, add_watch, add_capture, add_collect, add_decode})
+    add(app, action);
   if (const std::string problem = unknown_command(app, argc, argv); !problem.empty()) return complain(problem, kUsage);
   try {
     app.parse(argc, argv);

@@ -18,6 +18,9 @@ using Action = std::function<int()>;
 void add_summary(CLI::App &app, Action &action);
 void add_get(CLI::App &app, Action &action);
 void add_check(CLI::App &app, Action &action);
+void add_diff(CLI::App &app, Action &action);
+void add_watch(CLI::App &app, Action &action);
+void add_capture(CLI::App &app, Action &action);
 void add_collect(CLI::App &app, Action &action);
 void add_decode(CLI::App &app, Action &action);
 

@@ -23,9 +23,9 @@ std::string complaint_about_duration(const std::string &text) {
   return parse_duration(text) ? "" : '\'' + text + "' is not a time such as 90s, 15m, 6h or 2d";
 }
 
-// Ages count from now.
-Standards standards(const HealthOptions &options) {
-  Standards result = {.now = time(nullptr)};
+// The data of a capture are as old as they were then.
+Standards standards(const HealthOptions &options, const Place &place) {
+  Standards result = {.now = place.captured().value_or(time(nullptr))};
   if (!options.stale.empty()) result.stale = parse_duration(options.stale);
   for (const std::string &text : options.warnings)
     result.thresholds.push_back(Threshold::parse(text, Health::kWarning));
@@ -54,7 +54,7 @@ void add_health_options(CLI::App &command, HealthOptions &options) {
 Survey survey(const SourceOptions &source_options, const HealthOptions &options, const std::vector<const Kind *> &kinds,
               const std::vector<std::string> &required) {
   Source source(source_options);
-  const Judge judge(standards(options));
+  const Judge judge(standards(options, source.place()));
   Surveyor surveyor(judge, options.ignored);
   for (const Kind *kind : kinds) {
     const KindInventory inventory = source.read(*kind);

@@ -20,7 +20,7 @@ struct HealthOptions {
 // --stale, --warning, --critical and --ignore.
 void add_health_options(CLI::App &command, HealthOptions &options);
 
-// Reads these kinds and judges them; ages count from now. Of the required ones, those without data are missed.
+// Reads these kinds and judges them. Of the required ones, those without data are missed.
 Survey survey(const SourceOptions &source_options, const HealthOptions &options, const std::vector<const Kind *> &kinds,
               const std::vector<std::string> &required = {});
 

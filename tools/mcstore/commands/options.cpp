@@ -24,15 +24,22 @@ void add_colour_option(CLI::App &command, ColourChoice &choice) {
       ->check(one_of({"auto", "always", "never"}));
 }
 
-void add_source_options(CLI::App &command, SourceOptions &options) {
+void add_from_option(CLI::App &command, std::string &from) {
   command
-      .add_option("--from,--root", options.from,
+      .add_option("--from,--root", from,
                   "Read there instead of on this machine: a capture, a root, or a directory with store files")
       ->type_name("DIR")
       ->check(existing_directory());
-  command.add_option("--timeout", options.patience.seconds, "Seconds to wait for the collector's lock, at most")
+}
+
+void add_timeout_option(CLI::App &command, Patience &patience) {
+  command.add_option("--timeout", patience.seconds, "Seconds to wait for the collector's lock, at most")
       ->type_name("S")
       ->check(number_between(0, 86400));
+}
+
+void add_reading_options(CLI::App &command, SourceOptions &options) {
+  add_timeout_option(command, options.patience);
   command.add_option("--trace", options.session.trace_level, "The plug-in's trace level; above 2 it traces to stderr")
       ->type_name("LEVEL")
       ->check(whole_number_between(0, 9));
@@ -43,6 +50,11 @@ void add_source_options(CLI::App &command, SourceOptions &options) {
       ->type_name("N")
       ->check(whole_number_between(1, ReplyMemory::kLargest))
       ->capture_default_str();
+}
+
+void add_source_options(CLI::App &command, SourceOptions &options) {
+  add_from_option(command, options.from);
+  add_reading_options(command, options);
 }
 
 std::vector<std::string> kind_names() {

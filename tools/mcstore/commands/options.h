@@ -19,7 +19,14 @@ void add_plugin_option(CLI::App &command, std::string &plugin);
 // --color, for commands whose output people read.
 void add_colour_option(CLI::App &command, ColourChoice &choice);
 
-// --from, --timeout, and what concerns the plug-in: for each command that reads an inventory.
+// --from, and --timeout.
+void add_from_option(CLI::App &command, std::string &from);
+void add_timeout_option(CLI::App &command, Patience &patience);
+
+// --timeout, and what concerns the plug-in: for each command that reads inventories.
+void add_reading_options(CLI::App &command, SourceOptions &options);
+
+// The same and --from: for a command that reads one.
 void add_source_options(CLI::App &command, SourceOptions &options);
 
 // The names of all kinds.

@@ -4,8 +4,8 @@
 
 namespace mcstore {
 
-std::string key_of(const mcserver::Field &field) {
-  std::string key = field.name;
+std::string key_of(std::string_view field_name) {
+  std::string key(field_name);
   std::ranges::replace(key, '[', '_');
   std::erase(key, ']');
   return key;

@@ -18,7 +18,8 @@ inline constexpr std::string_view kNoneSuffix = "_none";
 inline constexpr std::string_view kHexSuffix = "_hex";
 
 // The field's name; an entry of an array is "enclosure_sas_address_0", without brackets.
-std::string key_of(const mcserver::Field &field);
+std::string key_of(std::string_view field_name);
+inline std::string key_of(const mcserver::Field &field) { return key_of(field.name); }
 
 // The number that null stands for; a negative one as its two's complement.
 uint64_t number_of_null(const mcserver::Field &field);

@@ -92,14 +92,17 @@ std::vector<Record> entries_of(Record record, const Field &field, size_t count) 
   return list;
 }
 
+std::string entry_text(Record entry, const Field &field) {
+  std::vector<std::string> parts;
+  for (const Field &part : field.entries->fields) parts.push_back(text_of(entry, part));
+  return joined(parts, "/");
+}
+
 std::string entries_text(Record record, const Field &field, size_t count) {
   constexpr size_t kMostShown = 8;
   std::vector<std::string> texts;
-  for (const Record entry : entries_of(record, field, std::min(count, kMostShown))) {
-    std::vector<std::string> parts;
-    for (const Field &part : field.entries->fields) parts.push_back(text_of(entry, part));
-    texts.push_back(joined(parts, "/"));
-  }
+  for (const Record entry : entries_of(record, field, std::min(count, kMostShown)))
+    texts.push_back(entry_text(entry, field));
   if (count > texts.size()) texts.push_back(fmt::format("... {} in all", count));
   return joined(texts, ", ");
 }

@@ -46,7 +46,10 @@ std::string text_of(Record record, const Field &field);
 // The first `count` entries of an array, as far as there are so many.
 std::vector<Record> entries_of(Record record, const Field &field, size_t count);
 
-// The same as a text: the first few, each its values with slashes between.
+// An entry of that array as a text: its values with slashes between.
+std::string entry_text(Record entry, const Field &field);
+
+// The entries as a text: the first few of them.
 std::string entries_text(Record record, const Field &field, size_t count);
 
 // How many bytes these fields have together.

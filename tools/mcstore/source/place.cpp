@@ -9,6 +9,7 @@
 
 #include "mcstore/kinds/kind.h"
 #include "mcstore/kinds/printable.h"
+#include "mcstore/source/capture.h"
 
 namespace mcstore {
 namespace {
@@ -16,6 +17,8 @@ namespace {
 constexpr std::string_view kVar = "/var";
 
 std::string file_name(std::string_view path) { return std::filesystem::path(path).filename().string(); }
+
+std::string without_slashes_at_end(const std::string &path) { return path.substr(0, path.find_last_not_of('/') + 1); }
 
 bool has_store_files(const std::string &directory) {
   return std::ranges::any_of(kinds(), [&](const Kind &kind) {
@@ -27,8 +30,9 @@ bool has_store_files(const std::string &directory) {
 
 Place::Place(const std::string &directory)
     : directory_(directory.empty() ? "/" : directory),
-      root_(directory),
-      var_(!directory.empty() && has_store_files(directory) ? directory : directory + std::string(kVar)) {}
+      root_(without_slashes_at_end(directory)),
+      captured_(root_.empty() ? std::nullopt : captured_at(root_)),
+      var_(!root_.empty() && !captured_ && has_store_files(root_) ? root_ : root_ + std::string(kVar)) {}
 
 std::string Place::real(std::string_view path) const {
   const bool is_in_var = path.starts_with(kVar) && path.substr(kVar.size()).starts_with('/');

@@ -1,6 +1,7 @@
 // Where the plug-in's files are: on this machine, below a root, or all in one directory.
 #pragma once
 
+#include <ctime>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -11,7 +12,8 @@ namespace mcstore {
 
 class Place : public host::Redirection {
  public:
-  // A directory with store files in it is taken as /var, any other one as the root; empty for this machine's root.
+  // A capture; or else a directory with store files in it, which is taken as /var; or else a root. Empty for this
+  // machine's root. Throws Unreadable or Damaged when it is a capture and not as it was taken.
   explicit Place(const std::string &directory);
 
   // The directory as it was given; "/" for this machine.
@@ -19,6 +21,9 @@ class Place : public host::Redirection {
 
   // Where the store files are.
   const std::string &var() const { return var_; }
+
+  // When it was captured; nothing when it is no capture. The age of what it holds counts from then.
+  std::optional<time_t> captured() const { return captured_; }
 
   // Where a path of the plug-in leads.
   std::string real(std::string_view path) const;
@@ -30,7 +35,8 @@ class Place : public host::Redirection {
 
  private:
   std::string directory_;
-  std::string root_;
+  std::string root_;  // without a slash at its end
+  std::optional<time_t> captured_;
   std::string var_;
 };
 
