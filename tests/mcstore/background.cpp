@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <poll.h>
+#include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -17,10 +18,18 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-[[noreturn]] void become(const std::string &command, int output) {
-  dup2(output, STDOUT_FILENO);
-  execl("/bin/sh", "sh", "-c", command.c_str(), nullptr);
-  _exit(127);
+// Not by fork, which does not survive in an emulated process.
+pid_t start(const std::string &command, int output) {
+  posix_spawn_file_actions_t actions;
+  posix_spawn_file_actions_init(&actions);
+  posix_spawn_file_actions_adddup2(&actions, output, STDOUT_FILENO);
+  std::array<std::string, 3> words = {"sh", "-c", command};
+  std::array<char *, 4> arguments = {words[0].data(), words[1].data(), words[2].data(), nullptr};
+  pid_t pid = -1;
+  const int error = posix_spawn(&pid, "/bin/sh", &actions, nullptr, arguments.data(), environ);
+  posix_spawn_file_actions_destroy(&actions);
+  if (error != 0) throw std::runtime_error("cannot start " + command);
+  return pid;
 }
 
 }  // namespace
@@ -29,10 +38,9 @@ Background::Background(const std::string &arguments) {
   const std::string command = "exec " + mcstore_command() + ' ' + arguments;
   int ends[2];
   if (pipe2(ends, O_CLOEXEC) != 0) throw std::runtime_error("cannot make a pipe");
-  pid_ = fork();
-  if (pid_ == 0) become(command, ends[1]);
-  close(ends[1]);
   output_ = ends[0];
+  pid_ = start(command, ends[1]);
+  close(ends[1]);
 }
 
 Background::~Background() {
