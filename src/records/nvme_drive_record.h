@@ -49,7 +49,7 @@ static_assert(sizeof(NvmePhyDriveInfo) == 356 && describes<NvmePhyDriveInfo, kNv
 static_assert(sizeof(NvmeDriveSummary) == 84);
 static_assert(sizeof(NvmeDriveImageHeader) == 18);
 
-// What stands before the records in the store file. The collector's own names: an inventory in JSON has them too.
+// What stands before the records in the store file. The collector's own names.
 struct MC_STORE_PACKED NvmeDriveFileHeader {
   uint32_t noofDrives;
   uint8_t nvme_subsystem_info;

@@ -15,7 +15,7 @@ Bytes stored(const std::string &fields) {
       R"({"format": 2, "kinds": [{"kind": "controllers", "devices": [{"fields": {)" + fields + "}}]}]}";
   return Bytes(parse_inventory(json).at(0).bytes);
 }
-std::string refusal_of(const std::string &fields) {
+std::string refusal_of_fields(const std::string &fields) {
   try {
     stored(fields);
   } catch (const mcstore::InventoryError &error) {
@@ -39,10 +39,10 @@ TEST(Companions, StringsThatAreNoNumbersAreRefused) {
   const std::string problem =
       "controllers.devices[0].fields.vendor_id: must be a whole number, or a string such as \"0x1000\"";
   for (const char *text : {"", "0x", "1000", "0x12g", "0x-1", "-0x1", "0x11112222333344445"})
-    EXPECT_EQ(refusal_of(R"("vendor_id": ")" + std::string(text) + '"'), problem) << text;
-  EXPECT_EQ(refusal_of(R"("vendor_id": "0x10000")"),
+    EXPECT_EQ(refusal_of_fields(R"("vendor_id": ")" + std::string(text) + '"'), problem) << text;
+  EXPECT_EQ(refusal_of_fields(R"("vendor_id": "0x10000")"),
             "controllers.devices[0].fields.vendor_id: 65536 does not fit: from 0 to 65535 does");
-  EXPECT_EQ(refusal_of(R"("index": "0x1")"), "controllers.devices[0].fields.index: must be a whole number");
+  EXPECT_EQ(refusal_of_fields(R"("index": "0x1")"), "controllers.devices[0].fields.index: must be a whole number");
 }
 
 TEST(Companions, NullIsTheFirstNoneValueOrZero) {
@@ -54,7 +54,7 @@ TEST(Companions, NullIsTheFirstNoneValueOrZero) {
 TEST(Companions, TheNumberBehindANullGoesBeforeIt) {
   EXPECT_EQ(vendor_id(stored(R"("vendor_id": null, "vendor_id_none": "0x12")")), Bytes::hex("12 00"));
   EXPECT_EQ(vendor_id(stored(R"("vendor_id_none": 18, "vendor_id": null)")), Bytes::hex("12 00"));
-  EXPECT_EQ(refusal_of(R"("vendor_none": 1)"),
+  EXPECT_EQ(refusal_of_fields(R"("vendor_none": 1)"),
             "controllers.devices[0].fields.vendor_none: belongs to a field that is no number");
 }
 
@@ -68,7 +68,7 @@ TEST(Companions, TheBytesGoBeforeEverything) {
   // Characters that stand for bytes that are no UTF-8 are longer than these.
   EXPECT_EQ(slot_name(stored(R"("smbios_pcislotname": "\ufffd\ufffd\ufffd", "smbios_pcislotname_hex": "ffffff")")),
             Bytes::hex("ff ff ff 00 00 00"));
-  EXPECT_EQ(refusal_of(R"("vendor_id_hex": "010203")"),
+  EXPECT_EQ(refusal_of_fields(R"("vendor_id_hex": "010203")"),
             "controllers.devices[0].fields.vendor_id_hex: is 3 bytes long: at most 2 fit");
 }
 

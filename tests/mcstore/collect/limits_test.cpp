@@ -14,7 +14,7 @@ std::string inventory_of(const std::string &kind, size_t count) {
   return R"({"format": 2, "kinds": [{"kind": ")" + kind + R"(", "devices": [)" + devices + "]}]}";
 }
 
-std::string refusal_of(const std::string &json) {
+std::string refusal_of_inventory(const std::string &json) {
   try {
     parse_inventory(json);
   } catch (const mcstore::InventoryError &error) {
@@ -30,12 +30,14 @@ struct Limit {
 
 class Limits : public testing::TestWithParam<Limit> {};
 
-TEST_P(Limits, AreReached) { EXPECT_EQ(refusal_of(inventory_of(GetParam().kind, GetParam().greatest)), "(accepted)"); }
+TEST_P(Limits, AreReached) {
+  EXPECT_EQ(refusal_of_inventory(inventory_of(GetParam().kind, GetParam().greatest)), "(accepted)");
+}
 
 TEST_P(Limits, AreNotPassed) {
   const auto &[kind, greatest] = GetParam();
 
-  EXPECT_EQ(refusal_of(inventory_of(kind, greatest + 1)),
+  EXPECT_EQ(refusal_of_inventory(inventory_of(kind, greatest + 1)),
             std::string(kind) + ".devices: has " + std::to_string(greatest + 1) +
                 " devices: readers of the file take " + std::to_string(greatest) + " at most");
 }

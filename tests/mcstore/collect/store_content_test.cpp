@@ -7,7 +7,7 @@
 #include <set>
 
 #include "host/bytes.h"
-#include "mcstore/json/field_key.h"
+#include "mcstore/json/inventory_format.h"
 #include "mcstore/kinds/kind.h"
 #include "mcstore/shown_json.h"
 #include "raid/controllers/controller_bytes.h"

@@ -36,6 +36,22 @@ TEST(Place, IsThisMachineWithoutADirectory) {
   EXPECT_EQ(Place("/").directory(), "/");
 }
 
+TEST(Place, LeavesRelativePathsAlone) {
+  Place place("/nowhere");
+
+  EXPECT_EQ(place.resolve("fopen", "file"), "file");
+  EXPECT_EQ(place.resolve("fopen", "/var/file"), "/nowhere/var/file");
+}
+
+TEST(Place, LogsPrintably) {
+  Place place("/nowhere");
+  testing::internal::CaptureStderr();
+
+  place.log(0, "a\x1b[2Jb\nforged\n");
+
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "syslog: a\\x1b[2Jb\\x0aforged\n");
+}
+
 class CapturedPlace : public testing::Test {
  protected:
   CapturedPlace() { files.write_text(kCapturedStore, kContent); }

@@ -6,7 +6,7 @@
 #include <charconv>
 #include <map>
 
-#include "mcstore/json/field_key.h"
+#include "mcstore/json/inventory_format.h"
 #include "mcstore/kinds/value.h"
 
 namespace mcstore {
@@ -142,7 +142,8 @@ void store_member(const Member &member, const Field &field, std::span<uint8_t> r
     case Part::kValue:
       return store_value(*value, field, record, place);
     case Part::kNone:
-      return store_number(*value, field, record, place);
+      if (!is_numeric(field)) refuse(place, "belongs to a field that is no number");
+      return store_value(*value, field, record, place);
     case Part::kHex:
       return store_bytes(*value, record.subspan(field.offset, field.width), place);
   }
@@ -165,7 +166,6 @@ void store_flag(const Json &object, const Kind &kind, std::span<uint8_t> record,
 }  // namespace
 
 void store_number(const Json &value, const Field &field, std::span<uint8_t> record, const std::string &place) {
-  if (!is_numeric(field)) refuse(place, "belongs to a field that is no number");
   const auto bits = static_cast<unsigned>(8 * field.width);
   const bool is_signed = field.type == FieldType::kSigned;
   const uint64_t largest = ~uint64_t{0} >> (64 - bits + is_signed);

@@ -7,6 +7,7 @@
 #include "mcstore/collect/flash_module.h"
 #include "mcstore/collect/record_input.h"
 #include "mcstore/inventory/inventory.h"
+#include "mcstore/json/inventory_format.h"
 #include "mcstore/json/json_input.h"
 #include "mcstore/kinds/kind.h"
 #include "mcstore/kinds/value.h"
@@ -15,7 +16,6 @@
 namespace mcstore {
 namespace {
 
-constexpr uint64_t kFormat = 2;
 constexpr KindStatus kStatuses[] = {KindStatus::kFine, KindStatus::kAbsent, KindStatus::kUnreadable,
                                     KindStatus::kDamaged, KindStatus::kSimulated};
 constexpr KindStatus kWithoutStore[] = {KindStatus::kAbsent, KindStatus::kUnreadable};
@@ -85,8 +85,8 @@ void append_store(std::vector<StoreContent> &stores, const Json &object, const s
 std::vector<StoreContent> parse_inventory(const std::string &json_text) {
   const Json document = parse_json(json_text);
   as_object(document, "the inventory");
-  if (!document.contains("format") || document["format"] != kFormat)
-    refuse("format", fmt::format("must be {}", kFormat));
+  if (!document.contains("format") || document["format"] != kInventoryFormat)
+    refuse("format", fmt::format("must be {}", kInventoryFormat));
   refuse_other_keys(document, {"format", "tool", "time", "root", "kinds", kFlashModuleKey}, "");
 
   std::vector<StoreContent> stores;

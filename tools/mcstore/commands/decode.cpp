@@ -12,6 +12,7 @@
 #include "mcstore/commands/validators.h"
 #include "mcstore/decode/decoding.h"
 #include "mcstore/decode/progress.h"
+#include "mcstore/source/place.h"
 
 namespace mcstore {
 namespace {
@@ -30,7 +31,14 @@ std::vector<std::string> decodable_kinds() {
   return names;
 }
 
+// The files may also be in var below the directory, as they are below a root.
+std::string directory_of_stores(const std::string &directory) {
+  const Place place(directory);
+  return std::filesystem::is_directory(place.var()) ? place.var() : directory;
+}
+
 int decode(const DecodeOptions &options) {
+  const std::string input_dir = directory_of_stores(options.input_dir);
   std::vector<const Kind *> chosen;
   for (const Kind &kind : kinds())
     if (!kind.decoder.empty() && (options.kinds.empty() || std::ranges::count(options.kinds, kind.name) > 0))
@@ -38,24 +46,26 @@ int decode(const DecodeOptions &options) {
   std::filesystem::create_directories(options.output_dir);
 
   uint64_t total = 0;
-  for (const Kind *kind : chosen) total += input_size(options.input_dir, *kind);
+  for (const Kind *kind : chosen) total += input_size(input_dir, *kind);
 
   std::string report;
-  int exit_code = kSuccess;
+  size_t texts = 0;
+  size_t failures = 0;
   {
     ProgressBar bar(total);
     uint64_t done = 0;
-    Decoding decoding(options.plugin, options.input_dir, options.output_dir,
-                      [&](uint64_t bytes) { bar.show(done + bytes); });
+    Decoding decoding(options.plugin, input_dir, options.output_dir, [&](uint64_t bytes) { bar.show(done + bytes); });
     for (const Kind *kind : chosen) {
       const Decoded decoded = decoding.decode(*kind);
       report += fmt::format("{}: {}\n", kind->name, decoded.text);
-      if (decoded.failed) exit_code = kFailure;
-      done += input_size(options.input_dir, *kind);
+      if (decoded.as == DecodedAs::kWritten) ++texts;
+      if (decoded.as == DecodedAs::kFailed) ++failures;
+      done += input_size(input_dir, *kind);
     }
   }
   print(report);
-  return exit_code;
+  if (texts == 0) return complain(fmt::format("nothing was decoded from {}", input_dir), kFailure);
+  return failures == 0 ? kSuccess : kFailure;
 }
 
 }  // namespace
@@ -63,7 +73,9 @@ int decode(const DecodeOptions &options) {
 void add_decode(CLI::App &app, Action &action) {
   const auto options = std::make_shared<DecodeOptions>();
   CLI::App &command = *app.add_subcommand("decode", "Turn copies of store files into text files");
-  command.add_option("INPUT_DIR", options->input_dir, "Where the copies are, under the files' own names")
+  command
+      .add_option("INPUT_DIR", options->input_dir,
+                  "Where the copies are, under the files' own names; or the directory above var")
       ->required()
       ->type_name("")
       ->check(existing_directory());

@@ -69,17 +69,18 @@ Decoded Decoding::decode(const Kind &kind) {
   const std::string input_path = path_in(input_dir_, kind);
   const std::string output_path = path_in(output_dir_, kind) + "_decoded.txt";
   if (std::max(input_path.size(), output_path.size()) > kLongestPath)
-    return {true, fmt::format("paths longer than {} characters cannot be decoded", kLongestPath)};
+    return {DecodedAs::kFailed, fmt::format("paths longer than {} characters cannot be decoded", kLongestPath)};
 
   std::error_code ignored;
   fs::remove(output_path, ignored);  // whatever becomes of this run, nothing of an earlier one is left
   const fs::file_type type = fs::status(input_path, ignored).type();
-  if (type == fs::file_type::not_found) return {false, input_path + " is missing"};
-  if (type != fs::file_type::regular && type != fs::file_type::none) return {true, input_path + " is not a file"};
+  if (type == fs::file_type::not_found) return {DecodedAs::kNotFound, input_path + " is missing"};
+  if (type != fs::file_type::regular && type != fs::file_type::none)
+    return {DecodedAs::kFailed, input_path + " is not a file"};
   try {
-    return {false, write_text(kind, input_path, output_path)};
+    return {DecodedAs::kWritten, write_text(kind, input_path, output_path)};
   } catch (const std::runtime_error &reason) {
-    return {true, reason.what()};
+    return {DecodedAs::kFailed, reason.what()};
   }
 }
 

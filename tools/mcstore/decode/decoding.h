@@ -10,8 +10,10 @@
 
 namespace mcstore {
 
+enum class DecodedAs { kWritten, kNotFound, kFailed };
+
 struct Decoded {
-  bool failed;
+  DecodedAs as;
   std::string text;  // what was written, what was missing or what went wrong
 };
 

@@ -41,7 +41,7 @@ std::string nearest(std::string_view word, std::span<const std::string> words) {
   std::ranges::sort(found);
   std::vector<std::string> named;
   for (const auto &[far, i] : found)
-    if (named.size() < kMostNamed && far <= found.front().first + 1) named.push_back(words[i]);
+    if (named.size() < kMostNamed && far == found.front().first) named.push_back(words[i]);
   return joined(named, ", ");
 }
 

@@ -114,12 +114,12 @@ size_t total_width(std::span<const Field> fields) {
 }
 
 std::string hex_digits(Record bytes) {
-  constexpr char kDigits[] = "0123456789abcdef";
+  constexpr char kHexDigits[] = "0123456789abcdef";
   std::string digits;
   digits.reserve(2 * bytes.size());
   for (const uint8_t byte : bytes) {
-    digits += kDigits[byte >> 4];
-    digits += kDigits[byte & 0xF];
+    digits += kHexDigits[byte >> 4];
+    digits += kHexDigits[byte & 0xF];
   }
   return digits;
 }

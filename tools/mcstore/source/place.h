@@ -19,6 +19,9 @@ class Place : public host::Redirection {
   // The directory as it was given; "/" for this machine.
   const std::string &directory() const { return directory_; }
 
+  // Where the store files are.
+  const std::string &var() const { return var_; }
+
   // When it was captured; nothing when it is no capture. The age of what it holds counts from then.
   std::optional<time_t> captured() const { return captured_; }
 

@@ -2,7 +2,7 @@
 
 #include <fmt/core.h>
 
-#include "mcstore/json/field_key.h"
+#include "mcstore/json/inventory_format.h"
 #include "mcstore/json/json_writer.h"
 #include "mcstore/kinds/printable.h"
 #include "mcstore/kinds/unit.h"

@@ -1,12 +1,11 @@
 #include "mcstore/views/json.h"
 
+#include "mcstore/json/inventory_format.h"
 #include "mcstore/kinds/unit.h"
 #include "mcstore/views/json_device.h"
 
 namespace mcstore {
 namespace {
-
-constexpr int kFormat = 2;
 
 void text_or_null(JsonWriter &json, std::string_view text) {
   if (text.empty())
@@ -38,7 +37,7 @@ void write_store(JsonWriter &json, const std::optional<StoreFacts> &store) {
 
 void JsonDocument::begin(const DocumentHead &head) {
   json_.begin_object();
-  json_.key("format").number(kFormat);
+  json_.key("format").number(kInventoryFormat);
   json_.key("tool").begin_object();
   json_.key("name").text("mcstore");
   json_.key("version").text(head.version);

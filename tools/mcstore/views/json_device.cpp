@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "mcstore/json/field_key.h"
+#include "mcstore/json/inventory_format.h"
 
 namespace mcstore {
 namespace {

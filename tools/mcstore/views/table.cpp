@@ -30,7 +30,7 @@ int flags_of(Table::Fit fit) {
 
 }  // namespace
 
-Table::Table(const TableStyle &style) : table_(scols_new_table(), scols_unref_table) {
+Table::Table(const TableStyle &style) : has_header_(style.has_header), table_(scols_new_table(), scols_unref_table) {
   require(table_ != nullptr);
   scols_table_enable_noencoding(table_.get(), 1);  // cells are printable, and escapes are not to be escaped again
   scols_table_enable_noheadings(table_.get(), style.has_header ? 0 : 1);
@@ -40,7 +40,8 @@ Table::Table(const TableStyle &style) : table_(scols_new_table(), scols_unref_ta
 }
 
 void Table::add_column(const std::string &heading, Fit fit) {
-  require(scols_table_new_column(table_.get(), heading.c_str(), 0, flags_of(fit)) != nullptr);
+  const char *name = has_header_ ? heading.c_str() : "";  // one that is not shown would still take its width
+  require(scols_table_new_column(table_.get(), name, 0, flags_of(fit)) != nullptr);
 }
 
 void Table::add_line(const std::vector<Cell> &cells) {

@@ -40,6 +40,7 @@ class Table {
   std::string text() const;
 
  private:
+  bool has_header_;
   std::unique_ptr<libscols_table, void (*)(libscols_table *)> table_;
 };
 

@@ -2,6 +2,7 @@
 
 #include <fmt/core.h>
 
+#include "mcstore/kinds/unit.h"
 #include "mcstore/kinds/utf8.h"
 #include "mcstore/views/machine_text.h"
 
@@ -31,7 +32,7 @@ std::string element(std::string_view name, std::string_view text) {
 std::string store_element(const StoreFacts &store) {
   std::string text = "    <store";
   text += attribute("path", store.path);
-  text += attribute("modified", static_cast<uint64_t>(store.modified.tv_sec));
+  text += attribute("modified", iso_time(store.modified));
   text += attribute("size", store.size);
   if (store.announced) text += attribute("announced", *store.announced);
   text += attribute("records", store.records);

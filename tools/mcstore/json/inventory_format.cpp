@@ -1,4 +1,4 @@
-#include "mcstore/json/field_key.h"
+#include "mcstore/json/inventory_format.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-// How the fields of a device are called in JSON. Written and read by these alone, so that both agree.
+// What those who write inventories in JSON and those who read them agree on.
 #pragma once
 
 #include <cstdint>
@@ -8,6 +8,8 @@
 #include "shared/field.h"
 
 namespace mcstore {
+
+inline constexpr int kInventoryFormat = 2;
 
 // Companions of a field stand beside it, under its key with one of these behind it: the word for its value, the number
 // behind its null, and its bytes as the store file has them.

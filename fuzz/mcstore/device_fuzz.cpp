@@ -1,0 +1,74 @@
+// Fuzzes devices: whatever a record holds, nothing of it reaches a terminal as it is, and its JSON makes the same
+// record again.
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+
+#include "mcstore/collect/store_content.h"
+#include "mcstore/health/judge.h"
+#include "mcstore/inventory/inventory.h"
+#include "mcstore/views/csv.h"
+#include "mcstore/views/json.h"
+#include "mcstore/views/rows.h"
+#include "mcstore/views/xml.h"
+
+using namespace mcstore;
+
+namespace {
+
+void require(bool is_so) {
+  if (!is_so) abort();
+}
+
+void require_printable(const std::string &text) {
+  require(std::ranges::all_of(text, [](char c) { return c == '\n' || (c >= 0x20 && c < 0x7F); }));
+}
+
+std::string document_of(const KindInventory &inventory, const Judge &judge) {
+  std::string text;
+  JsonDocument document(text);
+  document.begin({.version = "1", .time = "", .root = "/"});
+  document.begin_kind(inventory);
+  for (size_t i = 0; i < inventory.size(); ++i) document.add(inventory.device(i), judge.judge(inventory.device(i)));
+  document.end_kind();
+  document.end();
+  return text;
+}
+
+}  // namespace
+
+// The first byte chooses the kind. The rest fills a record, over and over: a short input is to reach the last field,
+// too.
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
+  if (size < 2) return 0;
+  KindInventory inventory(kinds()[data[0] % kinds().size()]);
+  const Kind &kind = *inventory.kind;
+  if (kind.store_path.empty()) return 0;
+  inventory.records.resize(kind.record_size);
+  for (size_t i = 0; i < inventory.records.size(); ++i) inventory.records[i] = data[1 + i % (size - 1)];
+  if (kind.stored_state) inventory.state = data[1];
+
+  const Judge judge({});
+  for (size_t i = 0; i < inventory.size(); ++i) {
+    const Device device = inventory.device(i);
+    const Verdict verdict = judge.judge(device);
+    require_printable(device_rows(device, verdict, {}));
+    const std::string line = csv_line(device, verdict.health, every_column(kind));
+    require(line.ends_with("\r\n"));
+    require_printable(line.substr(0, line.size() - 2));
+    require_printable(xml_device(device, verdict));
+  }
+
+  const std::string document = document_of(inventory, judge);
+  require_printable(document);
+  const auto stores = parse_inventory(document);
+  require(stores.size() == 1);
+  const std::vector<uint8_t> &bytes = stores.front().bytes;
+  const size_t header = bytes.size() - inventory.records.size();
+  require(header == total_width(kind.store_header));
+  require(std::equal(inventory.records.begin(), inventory.records.end(),
+                     bytes.begin() + static_cast<std::ptrdiff_t>(header), bytes.end()));
+  return 0;
+}
