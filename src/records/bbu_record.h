@@ -93,6 +93,9 @@ inline constexpr auto kBbuIdentity = std::to_array<IdentityMember>({
     IDENTITY_MEMBER(StorBbuInfo, BbuSummary, controller_index),
 });
 
+// The product data of the flash module, with which BBU records are completed.
+inline constexpr char kFlashModulePath[] = "/var/log/TFM_FRU.bin";
+
 inline constexpr KindFacts kBbuFacts = {
     .name = "bbus",
     .lock_path = kRaidLockPath,

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <variant>
 #include <vector>
 
 #include "host/bytes.h"
@@ -49,6 +50,23 @@ class RecordOf {
   const mcstore::Kind &kind_;
   Bytes bytes_;
 };
+
+// A field and its value, to set a few of them at once.
+struct FieldValue {
+  std::string_view field;
+  std::variant<int64_t, std::string_view> value;
+};
+
+inline RecordOf record_of(std::string_view kind, const std::vector<FieldValue> &values) {
+  RecordOf record{std::string(kind)};
+  for (const auto &[field, value] : values) {
+    if (const auto *text = std::get_if<std::string_view>(&value))
+      record.text(field, std::string(*text));
+    else
+      record.number(field, static_cast<uint64_t>(std::get<int64_t>(value)));
+  }
+  return record;
+}
 
 inline mcstore::KindInventory inventory_of(const std::string &kind, const std::vector<RecordOf> &records) {
   mcstore::KindInventory inventory(mcstore::kind_named(kind));

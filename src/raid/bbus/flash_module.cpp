@@ -8,6 +8,7 @@
 #include <cstring>
 
 #include "mcserver_storage.h"
+#include "records/bbu_record.h"
 #include "shared/exported.h"
 #include "shared/stream.h"
 #include "shared/trace.h"
@@ -16,7 +17,6 @@ namespace mcserver::raid::bbus {
 namespace {
 
 constexpr char kFunction[] = "read_tarvo_tfm_vpd";
-constexpr char kImagePath[] = "/var/log/TFM_FRU.bin";
 constexpr int kImageSize = 128;
 
 // The first bytes of the image. Zeros seem to follow them, since an image may have positions that lead there.
@@ -24,7 +24,7 @@ class Image {
  public:
   // How many bytes came, at most kImageSize; -1 when there is no image.
   int read() {
-    const Stream stream(fopen(kImagePath, "rb"));
+    const Stream stream(fopen(records::kFlashModulePath, "rb"));
     return stream ? static_cast<int>(fread(bytes_, 1, kImageSize, stream.get())) : -1;
   }
 

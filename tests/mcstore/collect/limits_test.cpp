@@ -8,7 +8,7 @@ namespace {
 
 using mcstore::parse_inventory;
 
-std::string inventory_of(const std::string &kind, size_t count) {
+std::string json_of_empty(const std::string &kind, size_t count) {
   std::string devices;
   for (size_t i = 0; i < count; ++i) devices += i == 0 ? "{}" : ",{}";
   return R"({"format": 2, "kinds": [{"kind": ")" + kind + R"(", "devices": [)" + devices + "]}]}";
@@ -31,13 +31,13 @@ struct Limit {
 class Limits : public testing::TestWithParam<Limit> {};
 
 TEST_P(Limits, AreReached) {
-  EXPECT_EQ(refusal_of_inventory(inventory_of(GetParam().kind, GetParam().greatest)), "(accepted)");
+  EXPECT_EQ(refusal_of_inventory(json_of_empty(GetParam().kind, GetParam().greatest)), "(accepted)");
 }
 
 TEST_P(Limits, AreNotPassed) {
   const auto &[kind, greatest] = GetParam();
 
-  EXPECT_EQ(refusal_of_inventory(inventory_of(kind, greatest + 1)),
+  EXPECT_EQ(refusal_of_inventory(json_of_empty(kind, greatest + 1)),
             std::string(kind) + ".devices: has " + std::to_string(greatest + 1) +
                 " devices: readers of the file take " + std::to_string(greatest) + " at most");
 }
@@ -52,8 +52,8 @@ INSTANTIATE_TEST_SUITE_P(OfEachKind, Limits,
                          });
 
 TEST(DriveCounts, AreFilledIn) {
-  EXPECT_EQ(Bytes(parse_inventory(inventory_of("drives", 300)).at(0).bytes).slice(0, 4), Bytes::hex("2c 01 00 00"));
-  EXPECT_EQ(Bytes(parse_inventory(inventory_of("nvme-drives", 2)).at(0).bytes).slice(0, 5),
+  EXPECT_EQ(Bytes(parse_inventory(json_of_empty("drives", 300)).at(0).bytes).slice(0, 4), Bytes::hex("2c 01 00 00"));
+  EXPECT_EQ(Bytes(parse_inventory(json_of_empty("nvme-drives", 2)).at(0).bytes).slice(0, 5),
             Bytes::hex("02 00 00 00 00"));
 }
 

@@ -153,6 +153,16 @@ TEST_F(GetFormats, FailWhenTheyCannotBeWritten) {
   }
 }
 
+TEST_F(GetFormats, APluginIsTheVeryFileThatIsNamed) {
+  files.write_text("/libc.so.6", "text");  // the dynamic loader would find another one
+
+  const Outcome outcome =
+      run("cd " + files.real("") + " && " + mcstore_command() + " get controllers --plugin libc.so.6");
+
+  EXPECT_EQ(outcome.exit_code, 1);
+  EXPECT_THAT(outcome.err, HasSubstr(files.real("/libc.so.6") + ": "));
+}
+
 TEST_F(GetFormats, APluginThatCannotBeLoadedIsAFailure) {
   files.write_text("/not-a-plugin.so", "text");
 

@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "mcstore/health/judge.h"
-#include "mcstore/made_device.h"
+#include "mcstore/inventories.h"
 
 namespace tests {
 namespace {
@@ -15,7 +15,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 Verdict judged(std::string_view kind, const std::vector<FieldValue> &values) {
-  return Judge({}).judge(MadeDevice(kind, values).device());
+  return Judge({}).judge(record_of(kind, values).device());
 }
 
 MATCHER_P2(Says, health, reason, "") {

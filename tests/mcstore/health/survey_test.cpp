@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include "mcstore/made_device.h"
+#include "mcstore/inventories.h"
 
 namespace tests {
 namespace {
@@ -21,6 +21,13 @@ Survey surveyed(const std::vector<KindInventory> &inventories, const Judge &judg
   mcstore::Surveyor surveyor(judge, std::move(ignored));
   for (const KindInventory &inventory : inventories) surveyor.add(inventory);
   return std::move(surveyor).finish();
+}
+
+// An inventory of records with these fields.
+KindInventory made_inventory(const std::string &kind, const std::vector<std::vector<FieldValue>> &devices) {
+  std::vector<RecordOf> records;
+  for (const auto &values : devices) records.push_back(record_of(kind, values));
+  return inventory_of(kind, records);
 }
 
 KindInventory without_data(std::string_view kind, KindStatus status) {

@@ -5,7 +5,7 @@
 #include <stdexcept>
 
 #include "mcstore/health/judge.h"
-#include "mcstore/made_device.h"
+#include "mcstore/inventories.h"
 
 namespace tests {
 namespace {
@@ -60,8 +60,8 @@ TEST(Threshold, SaysWhatIsWrongWithIt) {
 
 TEST(Threshold, JudgesNumbersThatMeanSomething) {
   const Judge judge({.thresholds = {Threshold::parse("drives.temperature=40", Health::kCritical)}});
-  const MadeDevice hot("drives", {{"online", 1}, {"temp_valid", 1}, {"temperature", 41}});
-  const MadeDevice unknown("drives", {{"online", 1}, {"temp_valid", 0}, {"temperature", 41}});
+  const RecordOf hot = record_of("drives", {{"online", 1}, {"temp_valid", 1}, {"temperature", 41}});
+  const RecordOf unknown = record_of("drives", {{"online", 1}, {"temp_valid", 0}, {"temperature", 41}});
 
   EXPECT_EQ(judge.judge(hot.device()).health, Health::kCritical);
   EXPECT_THAT(judge.judge(hot.device()).reasons, ElementsAre("temperature is 41 C, outside of 40"));
@@ -71,8 +71,8 @@ TEST(Threshold, JudgesNumbersThatMeanSomething) {
 TEST(Threshold, JudgesTheFieldsThatSomeRecordsHave) {
   const Judge judge({.thresholds = {Threshold::parse("bbus.pack_energy=10:", Health::kWarning)}});
 
-  EXPECT_EQ(judge.judge(MadeDevice("bbus", {{"capacitor", 1}, {"pack_energy", 9}}).device()).health, Health::kWarning);
-  EXPECT_EQ(judge.judge(MadeDevice("bbus", {{"full_capacity", 9}}).device()).health, Health::kOk);
+  EXPECT_EQ(judge.judge(record_of("bbus", {{"capacitor", 1}, {"pack_energy", 9}}).device()).health, Health::kWarning);
+  EXPECT_EQ(judge.judge(record_of("bbus", {{"full_capacity", 9}}).device()).health, Health::kOk);
 }
 
 }  // namespace

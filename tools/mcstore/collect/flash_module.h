@@ -15,7 +15,6 @@
 namespace mcstore {
 
 inline constexpr std::string_view kFlashModuleKey = "flash-module";
-inline constexpr std::string_view kFlashModulePath = "/var/log/TFM_FRU.bin";
 
 // The image of the module that `object` describes; what is left out is empty. Throws InventoryError.
 std::vector<uint8_t> flash_module_image(const Json &object, const std::string &place);

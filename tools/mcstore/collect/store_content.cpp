@@ -11,7 +11,7 @@
 #include "mcstore/json/json_input.h"
 #include "mcstore/kinds/kind.h"
 #include "mcstore/kinds/value.h"
-#include "records/kind_facts.h"
+#include "records/bbu_record.h"
 
 namespace mcstore {
 namespace {
@@ -96,7 +96,7 @@ std::vector<StoreContent> parse_inventory(const std::string &json_text) {
   }
   if (const std::string key(kFlashModuleKey); document.contains(key))
     stores.push_back({.lock_path = mcserver::records::kRaidLockPath,
-                      .path = kFlashModulePath,
+                      .path = mcserver::records::kFlashModulePath,
                       .bytes = flash_module_image(document[key], key)});
   return stores;
 }

@@ -66,7 +66,7 @@ std::string problem(const GetOptions &options, const std::vector<const Kind *> &
 // What was found of what was asked for.
 class Findings {
  public:
-  Findings(const GetOptions &options, const Source &source) : options_(options), source_(source) {}
+  explicit Findings(const GetOptions &options) : options_(options) {}
 
   // Tells what is wrong with the kind; of the rest, what the presentation does not.
   void take(const KindInventory &inventory, bool is_told) {
@@ -81,7 +81,10 @@ class Findings {
   }
 
   int exit_code() const {
-    if (!has_data_ && !has_failed_) return complain(nothing_there(), kNothingThere);
+    if (!has_data_ && !has_failed_) {
+      const std::string why = options_.kind == kAllKinds ? kNoStoreFiles : why_absent_;
+      return complain(nothing_there(options_.source, why), kNothingThere);
+    }
     bool is_missing = false;
     for (const std::string &word : options_.selection.devices)
       if (std::ranges::count(found_, word) == 0) is_missing = complain(no_such_device(word), kNothingThere) != 0;
@@ -99,12 +102,6 @@ class Findings {
     }
   }
 
-  std::string nothing_there() const {
-    const std::string why = options_.kind == kAllKinds ? "it has none of the store files" : why_absent_;
-    return fmt::format("no data in {}: {}; --from DIR reads a capture, another root, or a directory with store files",
-                       source_.place().directory(), why);
-  }
-
   std::string no_such_device(const std::string &word) const {
     if (names_.empty()) return fmt::format("no device is called '{}': there is none", word);
     return fmt::format("no device is called '{}': there are {}, the nearest: {}", word, names_.size(),
@@ -112,7 +109,6 @@ class Findings {
   }
 
   const GetOptions &options_;
-  const Source &source_;
   bool has_data_ = false;
   bool has_failed_ = false;
   std::string why_absent_;
@@ -146,7 +142,7 @@ int get(GetOptions options) {
   Source source(options.source);
   const Judge judge({.now = time(nullptr)});
   const auto presentation = make_presentation(options.format, shown, judge, source);
-  Findings findings(options, source);
+  Findings findings(options);
   presentation->begin();
   for (const Kind *kind : chosen) {
     const KindInventory inventory = source.read(*kind);

@@ -1,5 +1,7 @@
 #include "mcstore/commands/options.h"
 
+#include <fmt/core.h>
+
 #include <map>
 #include <utility>
 
@@ -67,6 +69,11 @@ CLI::Option *add_kind(CLI::App &command, std::string &kind) {
   std::vector<std::string> names = kind_names();
   names.insert(names.begin(), kAllKinds);
   return command.add_option("KIND", kind, "What to show")->type_name("")->check(one_of(std::move(names)));
+}
+
+std::string nothing_there(const SourceOptions &options, const std::string &why) {
+  return fmt::format("no data in {}: {}; --from DIR reads a capture, another root, or a directory with store files",
+                     options.from.empty() ? "/" : options.from, why);
 }
 
 std::vector<const Kind *> chosen_kinds(const std::string &name) {

@@ -35,6 +35,10 @@ std::vector<std::string> kind_names();
 // The kind to show, or all.
 CLI::Option *add_kind(CLI::App &command, std::string &kind);
 
+// What is said where there is nothing: where it was looked, why that is so, and what to do.
+inline constexpr char kNoStoreFiles[] = "it has none of the store files";
+std::string nothing_there(const SourceOptions &options, const std::string &why);
+
 // Every kind, or the one of this name.
 std::vector<const Kind *> chosen_kinds(const std::string &name);
 

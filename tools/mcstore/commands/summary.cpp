@@ -32,7 +32,8 @@ int summarise(const SummaryOptions &options) {
   const std::optional<size_t> width = terminal_width();
   print(summary(result, {.width = width, .has_colour = wants_colour(options.colour, width.has_value())}));
   if (has(result, {KindStatus::kUnreadable, KindStatus::kDamaged})) return kFailure;
-  return has(result, {KindStatus::kFine, KindStatus::kSimulated}) ? kSuccess : kNothingThere;
+  if (has(result, {KindStatus::kFine, KindStatus::kSimulated})) return kSuccess;
+  return complain(nothing_there(options.source, kNoStoreFiles), kNothingThere);
 }
 
 }  // namespace

@@ -136,7 +136,7 @@ KindInventory Source::read(const Kind &kind) {
           kind.store_path.empty() ? "there is no store file for this kind"
                                   : fmt::format("{} does not exist", place_.real(kind.store_path)));
     else
-      set(inventory, KindStatus::kUnreadable, failure.what());
+      set(inventory, KindStatus::kUnreadable, fmt::format("{}: {}", place_.real(kind.store_path), failure.what()));
   } catch (const Damaged &failure) {
     set(inventory, KindStatus::kDamaged, failure.what());
   } catch (const std::runtime_error &failure) {

@@ -40,7 +40,10 @@ const char *meaning(int32_t status) {
 
 }  // namespace
 
-host::Plugin load_plugin(const std::string &path) { return host::Plugin(path.empty() ? find_plugin() : path); }
+// A name without a slash would be looked for where the dynamic loader looks, instead of here.
+host::Plugin load_plugin(const std::string &path) {
+  return host::Plugin(path.empty() ? find_plugin() : std::filesystem::absolute(path).string());
+}
 
 PluginFailure::PluginFailure(std::string_view entry_point, int32_t status)
     : std::runtime_error(fmt::format("{} returned {}: {}", entry_point, status, meaning(status))), status_(status) {}
