@@ -14,7 +14,7 @@ _mcstore_files() {
 _mcstore() {
   local stored_kinds='controllers drives virtual-drives bbus nvme-controllers nvme-drives'
   local kinds="expanders $stored_kinds"
-  local place='--from --root --timeout'
+  local place='--from --root'
   local reading='--timeout --trace --plugin --buffer-size'
   local health='--stale --warning --critical --ignore'
   local command=${COMP_WORDS[1]}
@@ -42,7 +42,7 @@ _mcstore() {
       ;;
     diff:-*) _mcstore_offer --format "$reading" --help ;;
     watch:-*) _mcstore_offer --interval --count --for --format "$place" "$reading" --help ;;
-    capture:-*) _mcstore_offer "$place" --help ;;
+    capture:-*) _mcstore_offer "$place" --timeout --help ;;
     collect:-*) _mcstore_offer --root --at --help ;;
     decode:-*) _mcstore_offer --plugin --help ;;
     get:* | watch:*) _mcstore_offer all "$kinds" ;;
