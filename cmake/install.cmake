@@ -37,7 +37,10 @@ install(FILES ${pkgconfig_file} DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig CO
 if(MCS_TOOLS)
   install(TARGETS mcstore COMPONENT tools)
   install(FILES docs/man/mcstore.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tools)
-  install(FILES docs/examples/inventory.json docs/examples/inventory-later.json
+  install(FILES docs/mcstore.md docs/health.md docs/json.md docs/json.schema.json
+    DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT tools)
+  install(FILES
+    docs/examples/inventory.json docs/examples/inventory-later.json docs/examples/inventory-document.json
     DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples COMPONENT tools)
   install(FILES packaging/completions/mcstore.bash RENAME mcstore
     DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT tools)

@@ -72,6 +72,11 @@ void add_capture(CLI::App &app, Action &action) {
       ->check(CLI::Validator(already_there, "", ""));
   add_from_option(command, options->from);
   add_timeout_option(command, options->patience);
+  command.footer(
+      "Examples:\n"
+      "  mcstore capture today\n"
+      "  mcstore capture today && tar -czf today.tar.gz today\n"
+      "  mcstore capture today --from DIR --timeout 60");
   command.callback([options, &action] { action = [options] { return capture(*options); }; });
 }
 

@@ -69,6 +69,13 @@ void add_check(CLI::App &app, Action &action) {
       ->check(one_of(kind_names()));
   add_health_options(command, options->health);
   add_source_options(command, options->source);
+  command.footer(
+      "Exit codes: 0 OK; 1 WARNING; 2 CRITICAL; 3 UNKNOWN, also when the check could not be made.\n"
+      "\n"
+      "Examples:\n"
+      "  mcstore check\n"
+      "  mcstore check --kind drives --require drives --stale 1h\n"
+      "  mcstore check --ignore c0/e62/s2 --critical nvme-drives.temperature=70");
   command.callback([options, &action] { action = [options] { return check(*options); }; });
 }
 

@@ -69,6 +69,11 @@ void add_collect(CLI::App &app, Action &action) {
       ->type_name("DIR")
       ->required();
   command.add_option("--at", options->at, "The files' modification time: epoch seconds or ISO 8601")->type_name("TIME");
+  command.footer(
+      "Examples:\n"
+      "  mcstore collect inventory.json --root DIR\n"
+      "  mcstore collect inventory.json --root DIR --at 2026-03-02T10:00:00Z\n"
+      "  mcstore get all --from DIR --format json | mcstore collect - --root copy");
   command.callback([options, &action] { action = [options] { return collect(*options); }; });
 }
 

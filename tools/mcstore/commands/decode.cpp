@@ -86,6 +86,11 @@ void add_decode(CLI::App &app, Action &action) {
       ->type_name("")
       ->check(one_of(decodable_kinds()));
   add_plugin_option(command, options->plugin);
+  command.footer(
+      "Examples:\n"
+      "  mcstore decode DIR text\n"
+      "  mcstore decode DIR/var text\n"
+      "  mcstore decode DIR text drives nvme-drives");
   command.callback([options, &action] { action = [options] { return decode(*options); }; });
 }
 

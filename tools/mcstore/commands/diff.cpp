@@ -83,11 +83,17 @@ void add_side(CLI::App &command, const char *name, std::string &directory, const
 void add_diff(CLI::App &app, Action &action) {
   const auto options = std::make_shared<DiffOptions>();
   CLI::App &command = *app.add_subcommand("diff", "Tell which devices came, went or changed");
-  command.footer("Exit codes: 0 nothing changed; 1 something did; 2 not everything could be compared.");
   add_side(command, "A", options->before, "A capture, a root, or a directory with store files; / is this machine");
   add_side(command, "B", options->after, "What it is compared with, likewise");
   add_change_format(command, options->format);
   add_reading_options(command, options->source);
+  command.footer(
+      "Exit codes: 0 nothing changed; 1 something did; 2 not everything could be compared.\n"
+      "\n"
+      "Examples:\n"
+      "  mcstore diff A B\n"
+      "  mcstore diff A B --format ndjson\n"
+      "  mcstore diff A B >changes");
   command.callback([options, &action] { action = [options] { return diff(*options); }; });
 }
 

@@ -185,7 +185,8 @@ void add_get(CLI::App &app, Action &action) {
                   "Show only devices whose column KEY shows VALUE, or is that number; all filters must fit")
       ->type_name("KEY=VALUE")
       ->allow_extra_args(false);
-  command.add_flag("--no-header{false}", options->presentation.has_header, "Leave out titles and headings");
+  command.add_flag_callback(
+      "--no-header", [options] { options->presentation.has_header = false; }, "Leave out titles and headings");
   command.add_flag("--raw-xml", options->is_raw_xml, "Show the XML of NVMe kinds as the plug-in wrote it");
   add_colour_option(command, options->colour);
   add_source_options(command, options->source);

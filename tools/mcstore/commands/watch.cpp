@@ -145,6 +145,11 @@ void add_watch(CLI::App &app, Action &action) {
       ->check(number_between(kShortest, 366 * kDay));
   add_change_format(command, options->format);
   add_source_options(command, options->source);
+  command.footer(
+      "Examples:\n"
+      "  mcstore watch\n"
+      "  mcstore watch drives --count 1\n"
+      "  mcstore watch --from DIR --format ndjson");
   command.callback([options, &action] { action = [options] { return watch(*options); }; });
 }
 
