@@ -12,7 +12,6 @@ using mcstore::Health;
 using mcstore::Judge;
 using mcstore::Verdict;
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 Verdict judged(std::string_view kind, const std::vector<FieldValue> &values) {
   return Judge({}).judge(record_of(kind, values).device());

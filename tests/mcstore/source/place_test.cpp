@@ -10,7 +10,6 @@
 namespace tests {
 namespace {
 
-using mcstore::Damaged;
 using mcstore::Place;
 
 constexpr char kCapturedStore[] = "/var/storctlr_info";
