@@ -37,7 +37,7 @@ void copy_if_there(const Place &place, std::string_view path, std::vector<Copied
   }
 }
 
-void copy_family(const Place &place, const Family &family, const Patience &patience, std::vector<CopiedFile> &files) {
+void copy_family(const Place &place, const Family &family, Patience &patience, std::vector<CopiedFile> &files) {
   const auto is_there = [&](std::string_view path) { return std::filesystem::exists(place.real(path)); };
   const auto any = std::ranges::find_if(family.store_paths, is_there);
   if (any == family.store_paths.end()) return;
@@ -50,7 +50,7 @@ void copy_family(const Place &place, const Family &family, const Patience &patie
 
 }  // namespace
 
-std::vector<CopiedFile> take_snapshot(const Place &place, const Patience &patience) {
+std::vector<CopiedFile> take_snapshot(const Place &place, Patience patience) {
   std::vector<CopiedFile> files;
   for (const Family &family : families()) copy_family(place, family, patience, files);
   if (files.empty()) return files;

@@ -6,7 +6,6 @@
 #include <filesystem>
 #include <system_error>
 
-#include "mcstore/json/manifest.h"
 #include "mcstore/kinds/kind.h"
 #include "mcstore/source/digest.h"
 #include "mcstore/source/failure.h"
@@ -62,16 +61,16 @@ void check_files(const std::string &directory, const Manifest &manifest) {
 
 }  // namespace
 
-std::optional<time_t> captured_at(const std::string &directory) {
+std::optional<Manifest> captured_at(const std::string &directory) {
   const std::string path = directory + std::string(kManifestPath);
   std::error_code ignored;
   if (!std::filesystem::exists(std::filesystem::symlink_status(path, ignored))) return {};
   refuse_links(directory);
   try {
     const std::vector<uint8_t> bytes = read_whole(path).bytes;
-    const Manifest manifest = parse_manifest({bytes.begin(), bytes.end()});
+    Manifest manifest = parse_manifest({bytes.begin(), bytes.end()});
     check_files(directory, manifest);
-    return manifest.time;
+    return manifest;
   } catch (const InvalidManifest &error) {
     throw Damaged(fmt::format("{}: {}", path, error.what()));
   } catch (const Missing &error) {
