@@ -46,7 +46,7 @@ std::optional<int64_t> parse_duration(const std::string &text) {
   int64_t number = 0;
   const char *const end = text.data() + text.size();
   const auto result = std::from_chars(text.data(), end, number);
-  constexpr int64_t kLongest = 100 * 365 * kDay;  // a century: no product of it overflows
+  constexpr int64_t kLongest = kDay * 365 * 100;  // a century: no product of it overflows
   if (result.ec != std::errc() || number < 0 || number > kLongest) return {};
   const std::string_view unit(result.ptr, end);
   if (unit.empty() || unit == "s") return number;
