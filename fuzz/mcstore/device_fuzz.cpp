@@ -6,9 +6,9 @@
 #include <cstdlib>
 #include <string>
 
-#include "mcstore/collect/store_content.h"
 #include "mcstore/health/judge.h"
 #include "mcstore/inventory/inventory.h"
+#include "mcstore/json/store_content.h"
 #include "mcstore/views/csv.h"
 #include "mcstore/views/json.h"
 #include "mcstore/views/rows.h"

@@ -9,10 +9,10 @@
 #include <memory>
 
 #include "mcstore/collect/collector.h"
-#include "mcstore/collect/store_content.h"
 #include "mcstore/commands/command.h"
 #include "mcstore/commands/output.h"
 #include "mcstore/commands/validators.h"
+#include "mcstore/json/store_content.h"
 
 namespace mcstore {
 namespace {

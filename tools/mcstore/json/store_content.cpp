@@ -1,14 +1,14 @@
-#include "mcstore/collect/store_content.h"
+#include "mcstore/json/store_content.h"
 
 #include <fmt/core.h>
 
 #include <algorithm>
 
-#include "mcstore/collect/flash_module.h"
-#include "mcstore/collect/record_input.h"
 #include "mcstore/inventory/inventory.h"
+#include "mcstore/json/flash_module.h"
 #include "mcstore/json/inventory_format.h"
 #include "mcstore/json/json_input.h"
+#include "mcstore/json/record_input.h"
 #include "mcstore/kinds/kind.h"
 #include "mcstore/kinds/value.h"
 #include "records/bbu_record.h"

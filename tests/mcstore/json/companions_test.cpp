@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "host/bytes.h"
-#include "mcstore/collect/store_content.h"
+#include "mcstore/json/store_content.h"
 #include "raid/controllers/controller_bytes.h"
 
 namespace tests {

@@ -1,4 +1,4 @@
-#include "mcstore/collect/store_content.h"
+#include "mcstore/json/store_content.h"
 
 #include <gtest/gtest.h>
 
