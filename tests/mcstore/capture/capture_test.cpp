@@ -116,7 +116,7 @@ TEST_F(Capture, TellsThatThereIsNothing) {
 TEST_F(Capture, IsNotThereWhenAFileCannotBeRead) {
   files.write_text(std::string("/r") + kNvmeControllerStore + "/in-the-way", "");
 
-  expect_failure(capture(), "cannot read " + files.real("/r") + kNvmeControllerStore + ": it is not a file");
+  expect_failure(capture(), files.real("/r") + kNvmeControllerStore + ", which is to be locked, is not a file");
 }
 
 TEST_F(Capture, IsNotThereWithoutTheFileToLock) {

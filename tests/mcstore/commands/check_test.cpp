@@ -1,7 +1,10 @@
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
+
+#include <chrono>
 
 #include "mcstore/command_line.h"
 #include "raid/controllers/controller_bytes.h"
@@ -55,9 +58,8 @@ TEST_F(Check, TellsTheWorstInTheFirstLineAndAllBehindIt) {
   const Outcome outcome = check("--warning controllers.rebuild_rate=1: --critical drives.slot_num=0");
 
   EXPECT_EQ(outcome.exit_code, 2);
-  EXPECT_THAT(outcome.out,
-              StartsWith("STORAGE CRITICAL - drives c0/e0/s1: slot_num is 1, outside of 0 (and 1 more) |"));
-  EXPECT_THAT(outcome.out, HasSubstr("\nWARNING controllers c0: rebuild_rate is 0, outside of 1:\n"));
+  EXPECT_THAT(outcome.out, StartsWith("STORAGE CRITICAL - drives c0/e0/s1: slot_num is 1, limit 0 (and 1 more) |"));
+  EXPECT_THAT(outcome.out, HasSubstr("\nWARNING controllers c0: rebuild_rate is 0, limit 1:\n"));
 }
 
 TEST_F(Check, PassesOverWhatIsIgnored) {
@@ -107,8 +109,68 @@ TEST_F(Check, DoesNotTakeATruncatedFileForASmallerInventory) {
   const Outcome outcome = check();
 
   EXPECT_EQ(outcome.exit_code, 3);
-  EXPECT_THAT(outcome.out,
-              HasSubstr("controllers: /var/storctlr_info ends within a record: 1 whole ones, and 10 bytes"));
+  EXPECT_THAT(outcome.out, HasSubstr("/var/storctlr_info ends within a record: 1 whole ones, and 10 bytes"));
+}
+
+TEST_F(Check, WaitsForEachLockOnce) {
+  const int writer = open(files.real(kControllerStore).c_str(), O_RDWR | O_CLOEXEC);
+  ASSERT_EQ(flock(writer, LOCK_EX), 0);
+  files.write(kDriveStore, drive_file(1, {numbered_drive(0)}));
+
+  const auto start = std::chrono::steady_clock::now();
+  const Outcome outcome = check("--timeout 3");
+  const auto waited = std::chrono::steady_clock::now() - start;
+  close(writer);
+
+  EXPECT_LT(waited, std::chrono::seconds(6));
+  EXPECT_EQ(outcome.err,
+            "mcstore: waiting for the lock on " + files.real(kControllerStore) + ", which another process holds\n");
+}
+
+TEST_F(Check, IsNotKeptWaitingByPipes) {
+  files.remove(kControllerStore);
+  ASSERT_EQ(mkfifo(files.real(kControllerStore).c_str(), 0600), 0);
+
+  const Outcome outcome = check("--timeout 1");
+
+  EXPECT_EQ(outcome.exit_code, 3);
+  EXPECT_THAT(outcome.out, HasSubstr("/var/storctlr_info, which is to be locked, is not a file"));
+}
+
+TEST_F(Check, IsNotKeptWaitingByWhatThePluginReadsBeside) {
+  files.write_text("/etc/product/x", "");
+  files.remove("/etc/product");
+  ASSERT_EQ(mkfifo(files.real("/etc/product").c_str(), 0600), 0);
+
+  EXPECT_EQ(check().exit_code, 0);
+}
+
+TEST_F(Check, DoesNotTakeALinkThatLeadsNowhereForAnAbsentKind) {
+  ASSERT_EQ(symlink("/nowhere", files.real(kDriveStore).c_str()), 0);
+
+  const Outcome outcome = check();
+
+  EXPECT_EQ(outcome.exit_code, 3);
+  EXPECT_THAT(outcome.out, StartsWith("STORAGE UNKNOWN - drives: " + files.real(kDriveStore)));
+}
+
+TEST_F(Check, BelievesNoDataFromTheFuture) {
+  files.write(kControllerStore, Bytes().u8(2) + Controller().stored().put(104, Bytes().u8(1)), 4102444800);
+
+  const Outcome outcome = check("--stale 1d");
+
+  EXPECT_EQ(outcome.exit_code, 3);
+  EXPECT_THAT(outcome.out, StartsWith("STORAGE UNKNOWN - controllers: the data are dated "));
+}
+
+TEST_F(Check, CountsTheAgeOfACaptureFromWhenItWasTaken) {
+  ASSERT_EQ(mcstore("capture " + files.real("/taken") + " --from " + files.real("")).exit_code, 0);
+  ASSERT_EQ(run("cp -r " + files.real("/taken") + " " + files.real("/copied")).exit_code, 0);
+
+  const Outcome outcome = mcstore("check --stale 1d --from " + files.real("/copied"));
+
+  EXPECT_EQ(outcome.exit_code, 3);
+  EXPECT_THAT(outcome.out, StartsWith("STORAGE UNKNOWN - controllers: the data are "));
 }
 
 TEST_F(Check, GivesUpOnALockThatIsHeld) {

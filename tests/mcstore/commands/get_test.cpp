@@ -123,7 +123,7 @@ TEST_F(Get, ShowsWhatADamagedFileHoldsAndFails) {
   const Outcome table = mcstore_here("get all");
   const Outcome bare = mcstore_here("get drives --no-header --columns device");
 
-  const std::string error = "/var/storphydrive_info announces 5 records and holds 1\n";
+  const std::string error = files.real(kDriveStore) + " announces 5 records and holds 1\n";
   EXPECT_EQ(table.exit_code, 1);
   EXPECT_THAT(table.out, HasSubstr("Physical drives: 1\n  damaged: " + error + "DEVICE "));
   EXPECT_THAT(table.out, HasSubstr("SERIAL-1"));

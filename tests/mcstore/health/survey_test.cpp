@@ -120,6 +120,9 @@ TEST(Survey, PassesOverIgnoredDevices) {
 
   EXPECT_EQ(survey.health, Health::kOk);
   EXPECT_EQ(survey.devices, 1u);
+  EXPECT_EQ(surveyed({inventory}, Judge({}), {"c0"}).devices, 1u);
+  EXPECT_EQ(surveyed({inventory}, Judge({}), {"bbus bbu c0"}).devices, 1u);
+  EXPECT_EQ(surveyed({inventory}, Judge({}), {"c2"}).devices, 2u);
   EXPECT_THAT(survey.attention, IsEmpty());
 }
 

@@ -64,7 +64,7 @@ TEST(Threshold, JudgesNumbersThatMeanSomething) {
   const RecordOf unknown = record_of("drives", {{"online", 1}, {"temp_valid", 0}, {"temperature", 41}});
 
   EXPECT_EQ(judge.judge(hot.device()).health, Health::kCritical);
-  EXPECT_THAT(judge.judge(hot.device()).reasons, ElementsAre("temperature is 41 C, outside of 40"));
+  EXPECT_THAT(judge.judge(hot.device()).reasons, ElementsAre("temperature is 41 C, limit 40"));
   EXPECT_EQ(judge.judge(unknown.device()).health, Health::kOk);
 }
 

@@ -72,7 +72,8 @@ TEST_F(SourceTest, IsUnreadableWithoutItsLock) {
   const KindInventory drives = read("drives");
 
   EXPECT_EQ(drives.status, KindStatus::kUnreadable);
-  EXPECT_EQ(drives.error, files.real(kControllerStore) + " does not exist");
+  EXPECT_EQ(drives.error,
+            files.real(kControllerStore) + " does not exist, which is to be locked: the collector makes it");
 }
 
 TEST_F(SourceTest, IsDamagedWhenTheFileEndsWithinARecordOrItsHeader) {
@@ -82,10 +83,14 @@ TEST_F(SourceTest, IsDamagedWhenTheFileEndsWithinARecordOrItsHeader) {
   const KindInventory header = read("drives");
 
   EXPECT_EQ(drives.status, KindStatus::kDamaged);
-  EXPECT_EQ(drives.error, "/var/storphydrive_info ends within a record: 1 whole ones, and 200 bytes");
+  EXPECT_EQ(drives.error, files.real(kDriveStore) + " ends within a record: 1 whole ones, and 200 bytes");
   EXPECT_EQ(drives.size(), 1u);
   EXPECT_EQ(header.status, KindStatus::kDamaged);
   EXPECT_EQ(header.error, files.real(kDriveStore) + " ends within its header");
+  ASSERT_TRUE(header.store);
+  EXPECT_EQ(header.store->size, 2u);
+  EXPECT_EQ(header.store->records, 0u);
+  EXPECT_EQ(header.store->left_over, 2u);
 }
 
 TEST_F(SourceTest, IsDamagedWhenTheFileHoldsAnotherNumberOfRecords) {
@@ -95,9 +100,9 @@ TEST_F(SourceTest, IsDamagedWhenTheFileHoldsAnotherNumberOfRecords) {
   const KindInventory volumes = read("virtual-drives");
 
   EXPECT_EQ(drives.status, KindStatus::kDamaged);
-  EXPECT_EQ(drives.error, "/var/storphydrive_info announces 2 records and holds 1");
+  EXPECT_EQ(drives.error, files.real(kDriveStore) + " announces 2 records and holds 1");
   EXPECT_EQ(volumes.status, KindStatus::kDamaged);
-  EXPECT_EQ(volumes.error, "/var/storvirtdrive_info holds 256 records, and a reply can count 255");
+  EXPECT_EQ(volumes.error, files.real(kVirtualDriveStore) + " holds 256 records, and a reply can count 255");
 }
 
 TEST_F(SourceTest, IsSimulatedWhenThePluginMakesDevicesUp) {

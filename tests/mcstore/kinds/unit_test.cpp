@@ -29,12 +29,12 @@ TEST(Units, HoursAreDaysAsWellFromTwoDaysOn) {
   EXPECT_EQ(in_unit(18250, Unit::kHours), "18250 h (760 days)");
 }
 
-TEST(Units, TimeStampsAreUtcAndMayBeNone) {
+TEST(Units, TimeStampsAreUtc) {
   EXPECT_EQ(in_unit(1, Unit::kTimeStamp), "1970-01-01 00:00:01 UTC");
   EXPECT_EQ(in_unit(4294967294, Unit::kTimeStamp), "2106-02-07 06:28:14 UTC");
-  EXPECT_EQ(in_unit(0, Unit::kTimeStamp), "none");
-  EXPECT_EQ(in_unit(4294967295, Unit::kTimeStamp), "none");
-  EXPECT_EQ(in_unit(static_cast<uint64_t>(-5), Unit::kTimeStamp), "none");  // of a signed field
+  EXPECT_EQ(in_unit(0, Unit::kTimeStamp), "1970-01-01 00:00:00 UTC");  // none only where the row says so
+  EXPECT_EQ(in_unit(4294967295, Unit::kTimeStamp), "2106-02-07 06:28:15 UTC");
+  EXPECT_EQ(in_unit(static_cast<uint64_t>(-5), Unit::kTimeStamp), "-5");  // of a signed field
 }
 
 TEST(Units, TheRestIsANumberWithItsUnit) {

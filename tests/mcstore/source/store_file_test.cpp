@@ -61,10 +61,15 @@ TEST_F(StoreFileTest, ReadsRecordByRecord) {
 
 TEST_F(StoreFileTest, MayBeMissing) { EXPECT_THROW(open("/drives", "drives"), mcstore::Missing); }
 
-TEST_F(StoreFileTest, IsDamagedWithoutAWholeHeader) {
+TEST_F(StoreFileTest, HasNoRecordsWithoutAWholeHeader) {
   files.write("/drives", Bytes::repeated(3, 0));
 
-  EXPECT_THROW(open("/drives", "drives"), mcstore::Damaged);
+  const StoreFile file = open("/drives", "drives");
+
+  EXPECT_FALSE(file.has_header());
+  EXPECT_EQ(file.announced(), std::nullopt);
+  EXPECT_EQ(file.records(), 0u);
+  EXPECT_EQ(file.left_over(), 3u);
 }
 
 TEST_F(StoreFileTest, IsUnreadableWhenItIsNoFile) {

@@ -3,7 +3,10 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
+
+#include <chrono>
 
 #include "host/store_directory.h"
 #include "mcstore/source/failure.h"
@@ -25,7 +28,8 @@ class StoreLockTest : public testing::Test {
   }
   std::string refusal_after(double seconds) {
     try {
-      const StoreLock lock(files.real("/lock"), {.seconds = seconds});
+      patience.seconds = seconds;
+      const StoreLock lock(files.real("/lock"), patience);
     } catch (const mcstore::Unreadable &failure) {
       return failure.what();
     }
@@ -33,12 +37,13 @@ class StoreLockTest : public testing::Test {
   }
 
   StoreDirectory files;
+  mcstore::Patience patience;
   int collector = -1;
 };
 
 TEST_F(StoreLockTest, KeepsWritersAwayAsLongAsItLives) {
   {
-    const StoreLock lock(files.real("/lock"), {});
+    const StoreLock lock(files.real("/lock"), patience);
     EXPECT_FALSE(files.is_unlocked("/lock"));
     EXPECT_EQ(refusal_after(0), "(locked)");  // other readers are welcome
   }
@@ -64,10 +69,30 @@ TEST_F(StoreLockTest, TellsWhatItWaitsForAfterTwoSeconds) {
             "mcstore: waiting for the lock on " + files.real("/lock") + ", which another process holds\n");
 }
 
+TEST_F(StoreLockTest, HasNoPatienceAgainUntilTheLockWasFree) {
+  hold_exclusively();
+  refusal_after(0.3);
+
+  const auto start = std::chrono::steady_clock::now();
+  EXPECT_NE(refusal_after(30), "(locked)");
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10));
+
+  flock(collector, LOCK_UN);
+  EXPECT_EQ(refusal_after(30), "(locked)");
+  EXPECT_TRUE(patience.given_up.empty());
+}
+
+TEST_F(StoreLockTest, IsNoPipe) {
+  files.remove("/lock");
+  ASSERT_EQ(mkfifo(files.real("/lock").c_str(), 0600), 0);
+
+  EXPECT_EQ(refusal_after(0), files.real("/lock") + ", which is to be locked, is not a file");
+}
+
 TEST_F(StoreLockTest, NeedsItsFile) {
   files.remove("/lock");
 
-  EXPECT_THROW(StoreLock(files.real("/lock"), {}), mcstore::Missing);
+  EXPECT_THROW(StoreLock(files.real("/lock"), patience), mcstore::Missing);
 }
 
 }  // namespace

@@ -31,11 +31,11 @@ std::vector<Family> families() {
   return all;
 }
 
-bool exists(const std::string &path) {
+bool is_found(const std::string &path) {
   std::error_code error;
-  const bool is_there = std::filesystem::exists(path, error);
+  const bool found = std::filesystem::exists(path, error);
   if (error) throw Unreadable(fmt::format("cannot read {}: {}", path, error.message()));
-  return is_there;
+  return found;
 }
 
 void copy_if_there(const Place &place, std::string_view path, std::vector<CopiedFile> &files) {
@@ -45,8 +45,8 @@ void copy_if_there(const Place &place, std::string_view path, std::vector<Copied
   }
 }
 
-void copy_family(const Place &place, const Family &family, const Patience &patience, std::vector<CopiedFile> &files) {
-  const auto is_there = [&](std::string_view path) { return exists(place.real(path)); };
+void copy_family(const Place &place, const Family &family, Patience &patience, std::vector<CopiedFile> &files) {
+  const auto is_there = [&](std::string_view path) { return is_found(place.real(path)); };
   const auto any = std::ranges::find_if(family.store_paths, is_there);
   if (any == family.store_paths.end()) return;
   if (!is_there(family.lock_path))
@@ -58,7 +58,7 @@ void copy_family(const Place &place, const Family &family, const Patience &patie
 
 }  // namespace
 
-std::vector<CopiedFile> take_snapshot(const Place &place, const Patience &patience) {
+std::vector<CopiedFile> take_snapshot(const Place &place, Patience patience) {
   std::vector<CopiedFile> files;
   for (const Family &family : families()) copy_family(place, family, patience, files);
   if (files.empty()) return files;

@@ -17,6 +17,6 @@ struct CopiedFile {
 
 // Store files that share a lock are copied under it, in memory: the collector waits no longer than reading takes.
 // Without a store file there is nothing at all. Throws Missing when the file to lock is, or Unreadable.
-std::vector<CopiedFile> take_snapshot(const Place &place, const Patience &patience);
+std::vector<CopiedFile> take_snapshot(const Place &place, Patience patience);
 
 }  // namespace mcstore

@@ -34,10 +34,8 @@ std::string host_name() {
 Manifest manifest_of(const std::vector<CopiedFile> &files) {
   Manifest manifest = {.host = host_name(), .version = MCSTORE_VERSION, .time = time(nullptr), .files = {}};
   for (const auto &[path, content] : files)
-    manifest.files.push_back({.path = path,
-                              .size = content.bytes.size(),
-                              .modified = iso_time(content.modified),
-                              .sha256 = sha256(content.bytes)});
+    manifest.files.push_back(
+        {.path = path, .size = content.bytes.size(), .modified = content.modified, .sha256 = sha256(content.bytes)});
   return manifest;
 }
 

@@ -25,7 +25,7 @@ std::string complaint_about_duration(const std::string &text) {
 
 // The data of a capture are as old as they were then.
 Standards standards(const HealthOptions &options, const Place &place) {
-  Standards result = {.now = place.captured().value_or(time(nullptr))};
+  Standards result = {.now = place.captured() ? place.captured()->time : time(nullptr)};
   if (!options.stale.empty()) result.stale = parse_duration(options.stale);
   for (const std::string &text : options.warnings)
     result.thresholds.push_back(Threshold::parse(text, Health::kWarning));

@@ -106,6 +106,7 @@ Decoded Decoding::decode(const Kind &kind) {
 
 Decoded Decoding::write_text(const Kind &kind, const std::string &input_path, const std::string &output_path) {
   StoreFile store(input_path, kind);
+  if (!store.has_header()) throw Undecodable(fmt::format("{} ends within its header", input_path));
   run_decoder(kind, output_path);
 
   // Comparing is the second half of the work.

@@ -17,7 +17,7 @@ struct Finding {
 std::string filled_in(std::string_view reason, const std::string &value) {
   const size_t braces = reason.find("{}");
   if (braces == reason.npos) return std::string(reason);
-  return fmt::format("{}{}{}", reason.substr(0, braces), value, reason.substr(braces + 2));
+  return fmt::format("{}{}{}", reason.substr(0, braces), value.empty() ? "(empty)" : value, reason.substr(braces + 2));
 }
 
 Verdict verdict_from(std::vector<Finding> findings) {
@@ -35,8 +35,8 @@ void judge_by_threshold(const Threshold &threshold, const Device &device, std::v
   const Field *field = device.find(threshold.field);
   const std::optional<int64_t> number = field ? device.number(*field) : std::nullopt;
   if (number && threshold.range.alerts(static_cast<double>(*number)))
-    findings.push_back({threshold.health, fmt::format("{} is {}, outside of {}", threshold.field, device.text(*field),
-                                                      threshold.range.text())});
+    findings.push_back({threshold.health, fmt::format("{} is {}, limit {}", threshold.field,
+                                                      device.text(*field), threshold.range.text())});
 }
 
 }  // namespace
@@ -82,6 +82,8 @@ Verdict Judge::judge_data(const KindInventory &inventory) const {
   const std::optional<int64_t> seconds = age(inventory);
   if (standards_.stale && seconds && *seconds > *standards_.stale)
     unknown(fmt::format("the data are {} old", duration(*seconds)));
+  if (standards_.stale && seconds && -*seconds > *standards_.stale)
+    unknown(fmt::format("the data are dated {} from now", duration(-*seconds)));
   return verdict_from(std::move(findings));
 }
 

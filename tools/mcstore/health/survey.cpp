@@ -16,6 +16,11 @@ void include(std::optional<Temperatures> &range, int64_t degrees) {
   range->greatest = std::max(range->greatest, degrees);
 }
 
+// By a word for the device, or by the kind and the name, as they are shown together.
+bool is_meant(const Device &device, const std::string &word) {
+  return device.is_called(word) || word == std::string(device.kind().name) + ' ' + device.name();
+}
+
 }  // namespace
 
 Surveyor::Surveyor(const Judge &judge, std::vector<std::string> ignored)
@@ -34,7 +39,9 @@ void Surveyor::add(const KindInventory &inventory) {
 }
 
 void Surveyor::add_device(const Device &device, KindSurvey &of_kind) {
-  if (std::ranges::count(ignored_, device.name()) > 0) return;
+  const bool is_ignored =
+      std::ranges::any_of(ignored_, [&](const std::string &word) { return is_meant(device, word); });
+  if (is_ignored) return;
   Verdict verdict = judge_.judge(device);
   ++of_kind.devices;
   ++of_kind.counts[verdict.health];

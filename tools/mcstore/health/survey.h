@@ -49,7 +49,7 @@ struct Survey {
 
 class Surveyor {
  public:
-  // The devices of these names are passed over; each must be named as they are shown.
+  // The devices that these words mean are passed over.
   Surveyor(const Judge &judge, std::vector<std::string> ignored);
 
   void add(const KindInventory &inventory);

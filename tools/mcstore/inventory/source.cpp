@@ -1,12 +1,13 @@
 #include "mcstore/inventory/source.h"
 
 #include <fmt/core.h>
-#include <unistd.h>
+#include <sys/stat.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <optional>
 #include <string_view>
+#include <utility>
 
 #include "mcserver_storage.h"
 #include "mcstore/source/failure.h"
@@ -22,13 +23,17 @@ void set(KindInventory &inventory, KindStatus status, std::string error) {
   inventory.error = std::move(error);
 }
 
-bool exists(const std::string &path) { return access(path.c_str(), F_OK) == 0 || errno != ENOENT; }
+// A link that leads nowhere is something, too, and not what should be there.
+bool exists(const std::string &path) {
+  struct stat about = {};
+  return lstat(path.c_str(), &about) == 0 || errno != ENOENT;
+}
 
 // A simulation needs neither lock nor store file, so what is missing is no failure yet. The lock is taken all the same:
 // the plug-in would wait for it without an end.
 class LockedStore {
  public:
-  LockedStore(const Place &place, const Kind &kind, const Patience &patience) {
+  LockedStore(const Place &place, const Kind &kind, Patience &patience) {
     const std::string path = place.real(kind.store_path);
     const bool has_store = !kind.store_path.empty() && exists(path);
     const std::string lock_path = place.real(kind.lock_path);
@@ -43,25 +48,37 @@ class LockedStore {
   std::optional<StoreFile> file_;
 };
 
-StoreFacts facts_of(const Kind &kind, const StoreFile &file) {
-  return {.path = std::string(kind.store_path),
-          .modified = file.modified(),
-          .size = file.size(),
-          .announced = file.announced(),
-          .records = file.records(),
-          .left_over = file.left_over()};
+// What is wrong with a file that could be read; nothing when it is as it should be.
+std::string damage(const Kind &kind, const StoreFile &file) {
+  if (!file.has_header()) return fmt::format("{} ends within its header", file.path());
+  if (file.left_over() != 0)
+    return fmt::format("{} ends within a record: {} whole ones, and {} bytes", file.path(), file.records(),
+                       file.left_over());
+  if (file.announced() && *file.announced() != file.records())
+    return fmt::format("{} announces {} records and holds {}", file.path(), *file.announced(), file.records());
+  if (file.records() > kind.greatest_count)
+    return fmt::format("{} holds {} records, and a reply can count {}", file.path(), file.records(),
+                       kind.greatest_count);
+  return {};
 }
 
-// What is wrong with a file that could be read; nothing when it is as it should be.
-std::string damage(const Kind &kind, const StoreFacts &store) {
-  if (store.left_over != 0)
-    return fmt::format("{} ends within a record: {} whole ones, and {} bytes", store.path, store.records,
-                       store.left_over);
-  if (store.announced && *store.announced != store.records)
-    return fmt::format("{} announces {} records and holds {}", store.path, *store.announced, store.records);
-  if (store.records > kind.greatest_count)
-    return fmt::format("{} holds {} records, and a reply can count {}", store.path, store.records, kind.greatest_count);
-  return {};
+// A capture remembers the times of its files; copies of it need not.
+struct timespec modified(const StoreFile &file, const Kind &kind, const Place &place) {
+  if (place.captured())
+    for (const CapturedFile &captured : place.captured()->files)
+      if (captured.path == kind.store_path) return captured.modified;
+  return file.modified();
+}
+
+void take_facts(KindInventory &inventory, const StoreFile &file, const Place &place) {
+  inventory.store = StoreFacts{.path = std::string(inventory.kind->store_path),
+                               .modified = modified(file, *inventory.kind, place),
+                               .size = file.size(),
+                               .announced = file.announced(),
+                               .records = file.records(),
+                               .left_over = file.left_over()};
+  std::string problem = damage(*inventory.kind, file);
+  if (!problem.empty()) set(inventory, KindStatus::kDamaged, std::move(problem));
 }
 
 bool is_same_device(const Kind &kind, Record one, Record other) {
@@ -87,10 +104,12 @@ void take_packed(KindInventory &inventory, Record bytes, StoreFile *file) {
   Reply reply = parse_reply(*inventory.kind, bytes);
   inventory.records = std::move(reply.records);
   inventory.state = reply.state;
-  if (reply.is_simulated)
+  if (reply.is_simulated) {
     set(inventory, KindStatus::kSimulated, "the devices are made up: the plug-in simulates them");
-  else if (file)
+    inventory.store.reset();
+  } else if (file) {
     keep_completed(inventory, *file);
+  }
 }
 
 // XML shows less of a record than there is, and may show it wrongly, so the values are the file's.
@@ -106,16 +125,29 @@ void take_xml(KindInventory &inventory, Record bytes, StoreFile &file) {
 }
 
 void take_reply(KindInventory &inventory, Record bytes, StoreFile *file) {
-  const Kind &kind = *inventory.kind;
-  if (kind.layout)
+  if (inventory.kind->layout)
     take_packed(inventory, bytes, file);
   else if (file)
     take_xml(inventory, bytes, *file);
-  if (!file || inventory.status == KindStatus::kSimulated) return;
+}
 
-  inventory.store = facts_of(kind, *file);
-  const std::string problem = damage(kind, *inventory.store);
-  if (!problem.empty()) set(inventory, KindStatus::kDamaged, problem);
+// What the plug-in says of a file that is known to be damaged is not worth telling.
+void set_failure(KindInventory &inventory, const PluginFailure &failure, bool has_store, const std::string &path) {
+  if (has_store || failure.status() == MC_STORE_REPLY_TOO_LARGE) {
+    if (inventory.status != KindStatus::kDamaged)
+      set(inventory, KindStatus::kUnreadable, fmt::format("{}: {}", path, failure.what()));
+    return;
+  }
+  const bool has_file = !inventory.kind->store_path.empty();
+  set(inventory, KindStatus::kAbsent,
+      has_file ? fmt::format("{} does not exist", path) : "there is no store file for this kind");
+}
+
+// Did the plug-in read another file than this one? A lock does not keep anybody from putting a new file in its place.
+bool is_replaced(const KindInventory &inventory, const StoreFile *file) {
+  const bool counts =
+      file && inventory.status == KindStatus::kFine && file->records() <= inventory.kind->greatest_count;
+  return counts && inventory.size() != file->records();
 }
 
 }  // namespace
@@ -124,21 +156,26 @@ Source::Source(const SourceOptions &options)
     : place_(options.from), patience_(options.patience), session_(options.session, place_) {}
 
 KindInventory Source::read(const Kind &kind) {
+  constexpr int kTries = 5;
+  for (int tries = 0; tries < kTries; ++tries)
+    if (std::optional<KindInventory> inventory = read_once(kind)) return *std::move(inventory);
+  KindInventory inventory(kind);
+  set(inventory, KindStatus::kUnreadable,
+      fmt::format("{} was replaced by another file each time it was read", place_.real(kind.store_path)));
+  return inventory;
+}
+
+std::optional<KindInventory> Source::read_once(const Kind &kind) {
   KindInventory inventory(kind);
   bool has_store = false;
   try {
     LockedStore store(place_, kind, patience_);
     has_store = store.file() != nullptr;
+    if (has_store) take_facts(inventory, *store.file(), place_);
     take_reply(inventory, session_.call(kind.full_entry_point), store.file());
+    if (is_replaced(inventory, store.file())) return {};
   } catch (const PluginFailure &failure) {
-    if (!has_store && failure.status() != MC_STORE_REPLY_TOO_LARGE)
-      set(inventory, KindStatus::kAbsent,
-          kind.store_path.empty() ? "there is no store file for this kind"
-                                  : fmt::format("{} does not exist", place_.real(kind.store_path)));
-    else
-      set(inventory, KindStatus::kUnreadable, fmt::format("{}: {}", place_.real(kind.store_path), failure.what()));
-  } catch (const Damaged &failure) {
-    set(inventory, KindStatus::kDamaged, failure.what());
+    set_failure(inventory, failure, has_store, place_.real(kind.store_path));
   } catch (const std::runtime_error &failure) {
     set(inventory, KindStatus::kUnreadable, failure.what());
   }

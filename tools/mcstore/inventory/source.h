@@ -1,6 +1,7 @@
 // Where an inventory comes from: the plug-in, reading the store files of a place.
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "mcstore/inventory/inventory.h"
@@ -30,6 +31,9 @@ class Source {
   Record reply(const Kind &kind);
 
  private:
+  // Nothing when the file was replaced by another one meanwhile.
+  std::optional<KindInventory> read_once(const Kind &kind);
+
   Place place_;
   Patience patience_;
   Session session_;

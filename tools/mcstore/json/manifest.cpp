@@ -25,19 +25,17 @@ std::string text_member(const Json &object, const char *name, size_t longest, co
   return as_text(member(object, name, place), longest, member_of(place, name));
 }
 
-// As iso_time() writes it; what is behind the seconds does not matter.
-time_t parse_seconds(const std::string &text, const std::string &place) {
-  struct tm fields = {};
-  const char *const rest = strptime(text.c_str(), "%Y-%m-%dT%H:%M:%S", &fields);
-  if (!rest || !text.ends_with('Z')) refuse(place, "must be a time such as 2026-03-02T10:00:00Z");
-  return timegm(&fields);
+struct timespec time_member(const Json &object, const char *name, const std::string &place) {
+  const auto time = parse_iso_time(text_member(object, name, kLongestText, place));
+  if (!time) refuse(member_of(place, name), "must be a time such as 2026-03-02T10:00:00Z");
+  return *time;
 }
 
 CapturedFile parse_file(const Json &json, const std::string &place) {
   return {
       .path = text_member(json, "path", kLongestText, place),
       .size = as_number(member(json, "size", place), 0, INT64_MAX, member_of(place, "size")),
-      .modified = text_member(json, "modified", kLongestText, place),
+      .modified = time_member(json, "modified", place),
       .sha256 = text_member(json, "sha256", kDigestLength, place),
   };
 }
@@ -58,7 +56,7 @@ Manifest parse_document(const std::string &text) {
   return {
       .host = text_member(json, "host", kLongestText, ""),
       .version = text_member(member(json, "tool", ""), "version", kLongestText, "tool"),
-      .time = parse_seconds(text_member(json, "time", kLongestText, ""), "time"),
+      .time = time_member(json, "time", "").tv_sec,
       .files = parse_files(member(json, "files", ""), "files"),
   };
 }
@@ -81,7 +79,7 @@ std::string to_json(const Manifest &manifest) {
     json.begin_object();
     json.key("path").text(file.path);
     json.key("size").number(file.size);
-    json.key("modified").text(file.modified);
+    json.key("modified").text(iso_time(file.modified));
     json.key("sha256").text(file.sha256);
     json.end_object();
   }

@@ -15,8 +15,8 @@ namespace mcstore {
 struct CapturedFile {
   std::string path;  // as the plug-in knows it
   uint64_t size;
-  std::string modified;  // ISO 8601
-  std::string sha256;    // hexadecimal digits
+  struct timespec modified;
+  std::string sha256;  // hexadecimal digits
 };
 
 struct Manifest {

@@ -27,9 +27,8 @@ std::string hours(uint64_t number) {
   return fmt::format("{} h ({} days)", number, number / 24);
 }
 
-// The collector leaves a time that does not apply at 0, or sets all its bits.
 std::string time_stamp(uint64_t number) {
-  if (number == 0 || number >= UINT32_MAX) return "none";
+  if (number > UINT32_MAX) return fmt::format("{}", static_cast<int64_t>(number));  // no second that has come yet
   const auto time = static_cast<time_t>(number);
   struct tm fields = {};
   char text[32] = "";
@@ -80,6 +79,7 @@ std::string in_unit(uint64_t number, Unit unit) {
 }
 
 std::string duration(int64_t seconds) {
+  if (seconds < 0) return '-' + duration(-seconds);
   if (seconds >= 2 * kDay) return fmt::format("{} days", seconds / kDay);
   if (seconds >= 2 * kHour) return fmt::format("{} h", seconds / kHour);
   if (seconds >= 2 * kMinute) return fmt::format("{} min", seconds / kMinute);
@@ -92,6 +92,16 @@ std::string iso_time(const struct timespec &time) {
   char text[40] = "";
   strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%S", &fields);
   return time.tv_nsec == 0 ? fmt::format("{}Z", text) : fmt::format("{}.{:09}Z", text, time.tv_nsec);
+}
+
+std::optional<struct timespec> parse_iso_time(const std::string &text) {
+  struct tm fields = {};
+  const char *rest = strptime(text.c_str(), "%Y-%m-%dT%H:%M:%S", &fields);
+  if (!rest) return {};
+  struct timespec time = {.tv_sec = timegm(&fields), .tv_nsec = 0};
+  if (*rest == '.') std::from_chars(rest + 1, text.data() + text.size(), time.tv_nsec);
+  if (iso_time(time) != text) return {};
+  return time;
 }
 
 }  // namespace mcstore

@@ -6,7 +6,6 @@
 #include <filesystem>
 #include <system_error>
 
-#include "mcstore/json/manifest.h"
 #include "mcstore/kinds/kind.h"
 #include "mcstore/source/digest.h"
 #include "mcstore/source/failure.h"
@@ -61,16 +60,16 @@ void check_files(const std::string &directory, const std::vector<std::string> &f
 
 }  // namespace
 
-std::optional<time_t> captured_at(const std::string &directory) {
+std::optional<Manifest> captured_at(const std::string &directory) {
   const std::string path = directory + std::string(kManifestPath);
   std::error_code ignored;
   if (!fs::exists(fs::symlink_status(path, ignored))) return {};
   const std::vector<std::string> files = files_in(directory);
   try {
     const std::vector<uint8_t> bytes = read_whole(path).bytes;
-    const Manifest manifest = parse_manifest({bytes.begin(), bytes.end()});
+    Manifest manifest = parse_manifest({bytes.begin(), bytes.end()});
     check_files(directory, files, manifest);
-    return manifest.time;
+    return manifest;
   } catch (const InvalidManifest &error) {
     throw Damaged(fmt::format("{}: {}", path, error.what()));
   } catch (const Missing &error) {

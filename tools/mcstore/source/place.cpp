@@ -1,9 +1,11 @@
 #include "mcstore/source/place.h"
 
+#include <sys/stat.h>
 #include <syslog.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
 #include <filesystem>
 
@@ -40,7 +42,11 @@ std::string Place::real(std::string_view path) const {
 }
 
 std::optional<std::string> Place::resolve(const char *, const std::string &path) {
-  return path.starts_with('/') ? real(path) : path;
+  const std::string target = path.starts_with('/') ? real(path) : path;
+  struct stat about = {};
+  if (stat(target.c_str(), &about) != 0 || !S_ISFIFO(about.st_mode)) return target;
+  errno = ENXIO;
+  return {};
 }
 
 void Place::log(int, const std::string &line) {

@@ -1,12 +1,12 @@
 // Where the plug-in's files are: on this machine, below a root, or all in one directory.
 #pragma once
 
-#include <ctime>
 #include <optional>
 #include <string>
 #include <string_view>
 
 #include "host/redirection.h"
+#include "mcstore/json/manifest.h"
 
 namespace mcstore {
 
@@ -22,12 +22,13 @@ class Place : public host::Redirection {
   // Where the store files are.
   const std::string &var() const { return var_; }
 
-  // When it was captured; nothing when it is no capture. The age of what it holds counts from then.
-  std::optional<time_t> captured() const { return captured_; }
+  // What it says of itself, if it is a capture. The age of what it holds counts from when it was taken.
+  const std::optional<Manifest> &captured() const { return captured_; }
 
   // Where a path of the plug-in leads.
   std::string real(std::string_view path) const;
 
+  // A pipe does not open: it would keep the plug-in waiting without an end.
   std::optional<std::string> resolve(const char *function, const std::string &path) override;
 
   // What is found elsewhere is no news of this machine, so it goes to standard error, made printable.
@@ -36,7 +37,7 @@ class Place : public host::Redirection {
  private:
   std::string directory_;
   std::string root_;  // without a slash at its end
-  std::optional<time_t> captured_;
+  std::optional<Manifest> captured_;
   std::string var_;
 };
 

@@ -32,7 +32,7 @@ StoreFile::StoreFile(const std::string &path, const Kind &kind)
   if (!file_ && errno == ENOENT) throw Missing(fmt::format("{} does not exist", path));
   if (!file_ || fstat(fileno(file_.get()), &about_) != 0) refuse(path_, strerror(errno));
   if (!S_ISREG(about_.st_mode)) refuse(path_, "it is not a file");
-  if (size() < header_.size() || !read(header_)) throw Damaged(fmt::format("{} ends within its header", path));
+  has_header_ = size() >= header_.size() && read(header_);
 }
 
 std::optional<Record> StoreFile::next() {
@@ -41,7 +41,7 @@ std::optional<Record> StoreFile::next() {
 }
 
 std::optional<uint64_t> StoreFile::in_header(const std::optional<Field> &field) const {
-  if (!field) return {};
+  if (!field || !has_header_) return {};
   return raw_number(header_, *field);
 }
 

@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <fmt/core.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -11,6 +12,7 @@
 #include <cstring>
 #include <thread>
 
+#include "mcstore/kinds/printable.h"
 #include "mcstore/source/failure.h"
 
 namespace mcstore {
@@ -24,9 +26,13 @@ constexpr std::chrono::milliseconds kPause{20};
 
 int open_for_locking(const std::string &path) {
   const int fd = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);  // a pipe must not keep it waiting
-  if (fd == -1 && errno == ENOENT) throw Missing(fmt::format("{} does not exist", path));
+  if (fd == -1 && errno == ENOENT)
+    throw Missing(fmt::format("{} does not exist, which is to be locked: the collector makes it", path));
   if (fd == -1) throw Unreadable(fmt::format("cannot open {}: {}", path, strerror(errno)));
-  return fd;
+  struct stat about = {};
+  if (fstat(fd, &about) == 0 && S_ISREG(about.st_mode)) return fd;
+  close(fd);
+  throw Unreadable(fmt::format("{}, which is to be locked, is not a file", path));
 }
 
 // Is the lock held now? False as long as somebody else holds it exclusively.
@@ -37,22 +43,27 @@ bool try_lock(int fd, const std::string &path) {
   return false;
 }
 
-void wait_for_lock(int fd, const std::string &path, const Patience &patience) {
+void wait_for_lock(int fd, const std::string &path, Patience &patience) {
+  const bool was_in_vain = patience.given_up.contains(path);
   const Clock::time_point start = Clock::now();
   for (bool has_told = false; !try_lock(fd, path); std::this_thread::sleep_for(kPause)) {
     const Seconds waited = Clock::now() - start;
-    if (patience.seconds && waited.count() >= *patience.seconds)
+    if (patience.seconds && (was_in_vain || waited.count() >= *patience.seconds)) {
+      patience.given_up.insert(path);
       throw Unreadable(fmt::format("{} stayed locked by another process for {} s", path, *patience.seconds));
+    }
     if (!has_told && waited >= kSilent) {
-      fprintf(stderr, "mcstore: waiting for the lock on %s, which another process holds\n", path.c_str());
+      const std::string message = fmt::format("waiting for the lock on {}, which another process holds", path);
+      fprintf(stderr, "mcstore: %s\n", printable(message).c_str());
       has_told = true;
     }
   }
+  patience.given_up.erase(path);
 }
 
 }  // namespace
 
-StoreLock::StoreLock(const std::string &path, const Patience &patience) : fd_(open_for_locking(path)) {
+StoreLock::StoreLock(const std::string &path, Patience &patience) : fd_(open_for_locking(path)) {
   try {
     wait_for_lock(fd_, path, patience);
   } catch (...) {
