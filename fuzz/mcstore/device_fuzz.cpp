@@ -6,9 +6,9 @@
 #include <cstdlib>
 #include <string>
 
-#include "mcstore/collect/store_content.h"
 #include "mcstore/health/judge.h"
 #include "mcstore/inventory/inventory.h"
+#include "mcstore/json/store_content.h"
 #include "mcstore/views/csv.h"
 #include "mcstore/views/json.h"
 #include "mcstore/views/rows.h"
@@ -63,9 +63,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
 
   const std::string document = document_of(inventory, judge);
   require_printable(document);
-  const auto stores = parse_inventory(document);
-  require(stores.size() == 1);
-  const std::vector<uint8_t> &bytes = stores.front().bytes;
+  const auto stores = parse_inventory(document).stores;
+  require(!stores.empty());
+  const std::vector<uint8_t> &bytes = stores.back().bytes;  // behind the file to lock, where that is another
   const size_t header = bytes.size() - inventory.records.size();
   require(header == total_width(kind.store_header));
   require(std::equal(inventory.records.begin(), inventory.records.end(),

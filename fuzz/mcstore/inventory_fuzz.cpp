@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <string>
 
-#include "mcstore/collect/store_content.h"
+#include "mcstore/json/store_content.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
   try {

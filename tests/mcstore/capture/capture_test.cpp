@@ -87,6 +87,21 @@ TEST_F(Capture, IsRefusedWhereSomethingIs) {
   EXPECT_EQ(files.read("/c"), "in the way");
 }
 
+TEST_F(Capture, IsRefusedWithoutAName) {
+  const Outcome outcome = mcstore("capture '' --from " + files.real("/r"));
+
+  EXPECT_EQ(outcome.exit_code, 2);
+  EXPECT_EQ(outcome.err, "mcstore: DIR: the directory to make needs a name\n");
+}
+
+TEST_F(Capture, TellsWhatCannotBeReached) {
+  files.remove("/r/var");
+  symlink("var", files.real("/r/var").c_str());  // a link to itself
+
+  expect_failure(capture(),
+                 "cannot read " + files.real("/r") + kControllerStore + ": Too many levels of symbolic links");
+}
+
 TEST_F(Capture, TellsThatThereIsNothing) {
   files.remove("/r");
   files.write_text("/r/etc/product", "kestrano");

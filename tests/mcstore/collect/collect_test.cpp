@@ -75,6 +75,18 @@ TEST_F(Collect, WritesNothingWhenTheTimeIsWrong) {
   EXPECT_FALSE(files.exists(kStore));
 }
 
+TEST_F(Collect, RefusesATimeThatNotEveryFileSystemStores) {
+  for (const std::string time : {"-1", "4294967296", "1969-12-31"}) {
+    const Outcome outcome = collect(kInventory, "--at=" + time);
+
+    EXPECT_EQ(outcome.exit_code, 2);
+    EXPECT_EQ(outcome.err, "mcstore: --at: '" + time +
+                               "' is not a time of files: these are from 0 to 4294967295 seconds since 1970\n");
+  }
+  EXPECT_EQ(collect(kInventory, "--at 0").exit_code, 0);
+  EXPECT_EQ(collect(kInventory, "--at 4294967295").exit_code, 0);
+}
+
 TEST_F(Collect, TellsWhatItCannotWrite) {
   files.write_text("/var/storctlr_info/in-the-way", "");
 
@@ -82,6 +94,55 @@ TEST_F(Collect, TellsWhatItCannotWrite) {
 
   EXPECT_EQ(outcome.exit_code, 1);
   EXPECT_EQ(outcome.err, "mcstore: cannot open " + files.real(kStore) + ": Is a directory\n");
+}
+
+TEST_F(Collect, TellsWhatDirectoryItCannotMake) {
+  files.write_text("/inventory.json", kInventory);
+  files.write_text("/afile", "in the way");
+
+  const Outcome outcome = mcstore("collect " + files.real("/inventory.json") + " --root " + files.real("/afile"));
+
+  EXPECT_EQ(outcome.exit_code, 1);
+  EXPECT_EQ(outcome.err, "mcstore: cannot make " + files.real("/afile/var") + ": Not a directory\n");
+}
+
+TEST_F(Collect, LeavesNoDamagedStoreBehindItsLock) {
+  EXPECT_EQ(collect(R"({"format": 2, "kinds": [{"kind": "drives"}, {"kind": "nvme-drives"}]})").exit_code, 0);
+
+  for (const char *kind : {"controllers", "drives", "nvme-controllers", "nvme-drives"}) {
+    const Outcome shown = mcstore_here(std::string("get ") + kind);
+    EXPECT_EQ(shown.err.find("damaged"), std::string::npos) << shown.err;
+    EXPECT_NE(shown.exit_code, 1) << kind << shown.err;
+  }
+}
+
+TEST_F(Collect, LeavesTheStoreThatItLocksAsItIs) {
+  collect(kInventory, "--at 1000");
+
+  EXPECT_EQ(collect(R"({"format": 2, "kinds": [{"kind": "drives"}]})").exit_code, 0);
+
+  EXPECT_EQ(files.read(kStore).size(), 1 + kControllerSize);
+  EXPECT_EQ(store_stat().st_mtime, 1000);
+}
+
+TEST_F(Collect, TellsWhichKindsItDoesNotWrite) {
+  const Outcome outcome = collect(R"({"format": 2, "kinds": [{"kind": "controllers", "state": 2},
+      {"kind": "drives", "status": "damaged", "error": "an \u001b[31m end", "devices": [{}]}]})");
+
+  EXPECT_EQ(outcome.exit_code, 1);
+  EXPECT_EQ(outcome.err, "mcstore: drives: not written, since they are damaged: an \\x1b[31m end\n");
+  EXPECT_EQ(files.read(kStore), "\x02");
+  EXPECT_FALSE(files.exists("/var/storphydrive_info"));
+}
+
+TEST_F(Collect, TellsThatThereIsNothingToWrite) {
+  for (const char *json : {R"({"format": 2})", R"({"format": 2, "kinds": []})",
+                           R"({"format": 2, "kinds": [{"kind": "drives", "status": "absent"}]})"}) {
+    const Outcome outcome = collect(json);
+
+    EXPECT_EQ(outcome.exit_code, 3) << json;
+    EXPECT_EQ(outcome.err, "mcstore: the inventory has no kinds that are there: nothing to write\n");
+  }
 }
 
 TEST_F(Collect, ReadsStandardInput) {

@@ -27,6 +27,13 @@ TEST(Time, TakesAnOffset) {
 
 TEST(Time, GoesBeyond2038) { EXPECT_EQ(parse_time("2100-01-01T00:00:00Z"), 4102444800); }
 
+TEST(Time, RefusesWhatNoCalendarOrClockHas) {
+  EXPECT_EQ(parse_time("2026-02-31"), std::nullopt);
+  EXPECT_EQ(parse_time("2026-02-29T10:00:00Z"), std::nullopt);
+  EXPECT_EQ(parse_time("2026-03-02T10:00:60Z"), std::nullopt);
+  EXPECT_EQ(parse_time("2028-02-29"), 1835395200);
+}
+
 TEST(Time, RefusesAnythingElse) {
   for (const char *text :
        {"", "soon", "12x", "2026-13-01", "2026-03-02T10:00:00+1", "2026-03-02T10:00:00Zulu", "99999999999999999999"})

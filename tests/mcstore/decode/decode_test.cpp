@@ -4,6 +4,7 @@
 
 #include "decoders/decoder_kinds.h"
 #include "mcstore/command_line.h"
+#include "mcstore/kinds/kind.h"
 
 namespace tests {
 namespace {
@@ -45,12 +46,16 @@ TEST_F(Decode, OfTheSampleInventoryGivesTheTextsBesideIt) {
 }
 
 TEST_F(Decode, TellsInOneLineForEachKindWhatWasWritten) {
-  for (const DecoderKind &kind : kDecoderKinds) store(kind, kind.file_of(2));
+  const char *names[] = {"controllers", "drives", "virtual-drives", "bbus", "nvme-controllers", "nvme-drives"};
+  for (size_t i = 0; i < std::size(names); ++i) {
+    Bytes file = kDecoderKinds[i].file_of(2);
+    if (const auto &count = mcstore::kind_named(names[i]).stored_count) file.put(count->offset, Bytes().u32(2));
+    store(kDecoderKinds[i], file);
+  }
 
   const Outcome outcome = decode();
 
   std::string report;
-  const char *names[] = {"controllers", "drives", "virtual-drives", "bbus", "nvme-controllers", "nvme-drives"};
   for (size_t i = 0; i < std::size(names); ++i) {
     const DecoderKind &kind = kDecoderKinds[i];
     report += std::string(names[i]) + ": 2 records, " + std::to_string(kind.text_of(2).size()) + " bytes in " +
@@ -80,18 +85,6 @@ TEST_F(Decode, TakesOnlyTheKindsThatAreNamed) {
 
   EXPECT_FALSE(files.exists("/out/storctlr_info_decoded.txt"));
   EXPECT_TRUE(files.exists("/out/nvmephydrive_info_decoded.txt"));
-}
-
-TEST_F(Decode, TellsWhatIsNoWholeRecord) {
-  store(kControllersDecoder, kControllersDecoder.file_of(1) + Bytes::repeated(17, 0));
-  store(kVirtualDrivesDecoder, Bytes::repeated(100, 0));
-
-  const Outcome outcome = decode("controllers virtual-drives");
-
-  EXPECT_THAT(outcome.out, HasSubstr("_decoded.txt; the last 17 bytes are no whole record\n"));
-  EXPECT_THAT(outcome.out,
-              HasSubstr("virtual-drives: no records, nothing to write; the last 100 bytes are no whole record\n"));
-  EXPECT_EQ(outcome.exit_code, 0);
 }
 
 TEST_F(Decode, FailsForAFileWithoutItsHeader) {
@@ -231,7 +224,7 @@ TEST_F(Decode, FailsWhenThereCanBeNoOutputDirectory) {
 
   const Outcome outcome = decode();
 
-  EXPECT_THAT(outcome.err, HasSubstr(files.real("/out")));
+  EXPECT_EQ(outcome.err, "mcstore: cannot make " + files.real("/out") + ": Not a directory\n");
   EXPECT_EQ(outcome.exit_code, 1);
 }
 

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "mcstore/collect/store_content.h"
+#include "mcstore/json/store_content.h"
 
 namespace tests {
 namespace {

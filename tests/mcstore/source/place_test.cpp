@@ -114,6 +114,13 @@ TEST_F(CapturedPlace, IsRefusedWithAFileThatItDoesNotList) {
   EXPECT_EQ(refusal(manifest("")), files.real(kCapturedStore) + " is not listed in " + files.real("/manifest.json"));
 }
 
+TEST_F(CapturedPlace, IsRefusedWithAnyFileThatItDoesNotList) {
+  files.write_text("/debug/mctool_storage_debug", "");
+
+  EXPECT_EQ(refusal(manifest(entry(kCapturedStore, kContent))),
+            files.real("/debug/mctool_storage_debug") + " is not listed in " + files.real("/manifest.json"));
+}
+
 TEST_F(CapturedPlace, ReadsNothingElsewhere) {
   for (const std::string path : {"/var/../../etc/passwd", "/etc/passwd", "var/storctlr_info", ""})
     EXPECT_EQ(refusal(manifest(entry(kCapturedStore, kContent) + ", " + entry(path, ""))),

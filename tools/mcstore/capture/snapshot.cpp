@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <string_view>
+#include <system_error>
 
 #include "mcstore/kinds/kind.h"
 #include "mcstore/source/capture.h"
@@ -30,6 +31,13 @@ std::vector<Family> families() {
   return all;
 }
 
+bool is_found(const std::string &path) {
+  std::error_code error;
+  const bool found = std::filesystem::exists(path, error);
+  if (error) throw Unreadable(fmt::format("cannot read {}: {}", path, error.message()));
+  return found;
+}
+
 void copy_if_there(const Place &place, std::string_view path, std::vector<CopiedFile> &files) {
   try {
     files.push_back({std::string(path), read_whole(place.real(path))});
@@ -38,7 +46,7 @@ void copy_if_there(const Place &place, std::string_view path, std::vector<Copied
 }
 
 void copy_family(const Place &place, const Family &family, Patience &patience, std::vector<CopiedFile> &files) {
-  const auto is_there = [&](std::string_view path) { return std::filesystem::exists(place.real(path)); };
+  const auto is_there = [&](std::string_view path) { return is_found(place.real(path)); };
   const auto any = std::ranges::find_if(family.store_paths, is_there);
   if (any == family.store_paths.end()) return;
   if (!is_there(family.lock_path))

@@ -10,6 +10,8 @@
 #include <filesystem>
 #include <system_error>
 
+#include "mcstore/source/directories.h"
+
 namespace mcstore {
 namespace {
 
@@ -19,7 +21,7 @@ namespace {
 class OpenFile {
  public:
   explicit OpenFile(const std::string &path) : path_(path) {
-    std::filesystem::create_directories(std::filesystem::path(path).parent_path());
+    make_directories(std::filesystem::path(path).parent_path());
     fd_ = open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0644);
     if (fd_ == -1) fail("cannot open " + path_);
   }
@@ -74,10 +76,24 @@ std::optional<time_t> parse_offset(const std::string &text) {
   return sign == '-' ? -seconds : seconds;
 }
 
+bool is_anything_at(const std::string &path) {
+  struct stat about = {};
+  return lstat(path.c_str(), &about) == 0;
+}
+
+// Seconds since 1970 of a date in UTC; nothing for one that the calendar does not have, such as 31 February.
+std::optional<time_t> seconds_of(const struct tm &fields) {
+  struct tm real = fields;
+  const time_t seconds = timegm(&real);
+  if (real.tm_mday != fields.tm_mday || real.tm_sec != fields.tm_sec) return {};
+  return seconds;
+}
+
 }  // namespace
 
 void write_stores(const std::vector<StoreContent> &stores, const std::string &root, std::optional<time_t> modified) {
   for (const StoreContent &store : stores) {
+    if (store.only_if_missing && is_anything_at(root + std::string(store.path))) continue;
     OpenFile lock(root + std::string(store.lock_path));
     lock.lock();
     if (store.path == store.lock_path)
@@ -97,7 +113,8 @@ std::optional<time_t> parse_time(const std::string &text) {
     struct tm fields = {};
     const char *rest = strptime(text.c_str(), format, &fields);
     const std::optional<time_t> offset = rest ? parse_offset(rest) : std::nullopt;
-    if (offset) return timegm(&fields) - *offset;
+    const std::optional<time_t> seconds_there = offset ? seconds_of(fields) : std::nullopt;
+    if (seconds_there) return *seconds_there - *offset;
   }
   return {};
 }

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "mcstore/collect/store_content.h"
+#include "mcstore/json/store_content.h"
 
 namespace mcstore {
 

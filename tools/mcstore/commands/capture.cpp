@@ -39,7 +39,8 @@ Manifest manifest_of(const std::vector<CopiedFile> &files) {
   return manifest;
 }
 
-std::string already_there(const std::string &path) {
+std::string no_new_directory(const std::string &path) {
+  if (path.empty()) return "the directory to make needs a name";
   struct stat about = {};
   return lstat(path.c_str(), &about) == 0 ? fmt::format("{} exists already", path) : "";
 }
@@ -67,7 +68,7 @@ void add_capture(CLI::App &app, Action &action) {
   command.add_option("DIR", options->directory, "The directory to make; every command reads it with --from")
       ->required()
       ->type_name("")
-      ->check(CLI::Validator(already_there, "", ""));
+      ->check(CLI::Validator(no_new_directory, "", ""));
   add_from_option(command, options->from);
   add_timeout_option(command, options->patience);
   command.footer(

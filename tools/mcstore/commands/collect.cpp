@@ -9,15 +9,19 @@
 #include <memory>
 
 #include "mcstore/collect/collector.h"
-#include "mcstore/collect/store_content.h"
 #include "mcstore/commands/command.h"
 #include "mcstore/commands/output.h"
 #include "mcstore/commands/validators.h"
+#include "mcstore/json/store_content.h"
 
 namespace mcstore {
 namespace {
 
 constexpr char kStandardInput[] = "-";
+
+// Of the files' modification time: not every file system stores another one.
+constexpr time_t kEarliest = 0;
+constexpr time_t kLatest = 4294967295;
 
 using File = std::unique_ptr<FILE, int (*)(FILE *)>;
 
@@ -36,12 +40,24 @@ struct CollectOptions {
   std::string at;  // as parse_time() takes it; empty for now
 };
 
+int write_inventory(const StoredInventory &inventory, const std::string &root, std::optional<time_t> modified) {
+  if (inventory.stores.empty() && inventory.omissions.empty())
+    return complain("the inventory has no kinds that are there: nothing to write", kNothingThere);
+  write_stores(inventory.stores, root, modified);
+  for (const std::string &line : inventory.omissions) complain(line, kFailure);
+  return inventory.omissions.empty() ? kSuccess : kFailure;
+}
+
 int collect(const CollectOptions &options) {
   std::optional<time_t> modified;
   if (!options.at.empty()) {
     modified = parse_time(options.at);
     if (!modified)
       return complain("--at: '" + options.at + "' is neither seconds since 1970 nor an ISO 8601 time", kUsage);
+    if (*modified < kEarliest || *modified > kLatest)
+      return complain(fmt::format("--at: '{}' is not a time of files: these are from {} to {} seconds since 1970",
+                                  options.at, kEarliest, kLatest),
+                      kUsage);
   }
   const bool is_standard_input = options.inventory == kStandardInput;
   const std::string name = is_standard_input ? "standard input" : options.inventory;
@@ -50,11 +66,10 @@ int collect(const CollectOptions &options) {
   if (!text) return complain(fmt::format("cannot read {}: {}", name, strerror(errno)), kUsage);
 
   try {
-    write_stores(parse_inventory(*text), options.root, modified);
+    return write_inventory(parse_inventory(*text), options.root, modified);
   } catch (const InventoryError &error) {
     return complain(name + ": " + error.what(), kUsage);
   }
-  return kSuccess;
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <memory>
+#include <system_error>
 
 #include "mcstore/commands/command.h"
 #include "mcstore/commands/options.h"
@@ -12,6 +13,8 @@
 #include "mcstore/commands/validators.h"
 #include "mcstore/decode/decoding.h"
 #include "mcstore/decode/progress.h"
+#include "mcstore/kinds/printable.h"
+#include "mcstore/source/directories.h"
 #include "mcstore/source/place.h"
 
 namespace mcstore {
@@ -34,7 +37,8 @@ std::vector<std::string> decodable_kinds() {
 // The files may also be in var below the directory, as they are below a root.
 std::string directory_of_stores(const std::string &directory) {
   const Place place(directory);
-  return std::filesystem::is_directory(place.var()) ? place.var() : directory;
+  std::error_code ignored;
+  return std::filesystem::is_directory(place.var(), ignored) ? place.var() : directory;
 }
 
 int decode(const DecodeOptions &options) {
@@ -43,7 +47,7 @@ int decode(const DecodeOptions &options) {
   for (const Kind &kind : kinds())
     if (!kind.decoder.empty() && (options.kinds.empty() || std::ranges::count(options.kinds, kind.name) > 0))
       chosen.push_back(&kind);
-  std::filesystem::create_directories(options.output_dir);
+  make_directories(options.output_dir);
 
   uint64_t total = 0;
   for (const Kind *kind : chosen) total += input_size(input_dir, *kind);
@@ -57,9 +61,9 @@ int decode(const DecodeOptions &options) {
     Decoding decoding(options.plugin, input_dir, options.output_dir, [&](uint64_t bytes) { bar.show(done + bytes); });
     for (const Kind *kind : chosen) {
       const Decoded decoded = decoding.decode(*kind);
-      report += fmt::format("{}: {}\n", kind->name, decoded.text);
-      if (decoded.as == DecodedAs::kWritten) ++texts;
-      if (decoded.as == DecodedAs::kFailed) ++failures;
+      report += printable(fmt::format("{}: {}", kind->name, decoded.text)) + '\n';
+      if (decoded.as == DecodedAs::kWritten || decoded.as == DecodedAs::kWrittenOfDamaged) ++texts;
+      if (decoded.as == DecodedAs::kFailed || decoded.as == DecodedAs::kWrittenOfDamaged) ++failures;
       done += input_size(input_dir, *kind);
     }
   }

@@ -4,11 +4,13 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <system_error>
 #include <utility>
 
 #include "host/redirection.h"
 #include "mcstore/decode/decoded_text.h"
 #include "mcstore/decode/discarded.h"
+#include "mcstore/source/failure.h"
 #include "mcstore/source/session.h"
 #include "mcstore/source/store_file.h"
 
@@ -30,6 +32,24 @@ bool has_summary(const Kind &kind) {
 
 std::string path_in(const std::string &directory, const Kind &kind) {
   return directory + '/' + fs::path(kind.store_path).filename().string();
+}
+
+// What a reader of the text must know of its file; empty if the file holds what it should.
+std::string damage_of(const StoreFile &store) {
+  std::string damage;
+  if (store.announced().value_or(store.records()) != store.records())
+    damage += fmt::format("; its header announces {}", *store.announced());
+  if (store.left_over() > 0) damage += fmt::format("; the last {} bytes are no whole record", store.left_over());
+  return damage;
+}
+
+std::string outcome_of(const StoreFile &store, bool has_text, const std::string &output_path) {
+  if (!has_text) return "no records, nothing to write";
+  std::error_code error;
+  const uint64_t size = fs::file_size(output_path, error);
+  if (error) throw Unreadable(fmt::format("cannot find the size of {}: {}", output_path, error.message()));
+  return fmt::format("{} record{}, {} bytes in {}", store.records(), store.records() == 1 ? "" : "s", size,
+                     output_path);
 }
 
 // Changes nothing, and tells how often a file is opened.
@@ -78,13 +98,13 @@ Decoded Decoding::decode(const Kind &kind) {
   if (type != fs::file_type::regular && type != fs::file_type::none)
     return {DecodedAs::kFailed, input_path + " is not a file"};
   try {
-    return {DecodedAs::kWritten, write_text(kind, input_path, output_path)};
+    return write_text(kind, input_path, output_path);
   } catch (const std::runtime_error &reason) {
     return {DecodedAs::kFailed, reason.what()};
   }
 }
 
-std::string Decoding::write_text(const Kind &kind, const std::string &input_path, const std::string &output_path) {
+Decoded Decoding::write_text(const Kind &kind, const std::string &input_path, const std::string &output_path) {
   StoreFile store(input_path, kind);
   if (!store.has_header()) throw Undecodable(fmt::format("{} ends within its header", input_path));
   run_decoder(kind, output_path);
@@ -102,11 +122,10 @@ std::string Decoding::write_text(const Kind &kind, const std::string &input_path
             : fmt::format("{} is not the text of its records", output_path));
   }
 
-  const std::string partial =
-      store.left_over() > 0 ? fmt::format("; the last {} bytes are no whole record", store.left_over()) : "";
-  if (store.records() == 0 && !has_summary(kind)) return "no records, nothing to write" + partial;
-  return fmt::format("{} record{}, {} bytes in {}{}", store.records(), store.records() == 1 ? "" : "s",
-                     fs::file_size(output_path), output_path, partial);
+  const std::string damage = damage_of(store);
+  const bool has_text = store.records() > 0 || has_summary(kind);
+  return {damage.empty() ? DecodedAs::kWritten : DecodedAs::kWrittenOfDamaged,
+          outcome_of(store, has_text, output_path) + damage};
 }
 
 // Where the kind echoes the path of the text for each record, it is not to stand between the lines of the report.

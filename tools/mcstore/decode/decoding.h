@@ -10,11 +10,16 @@
 
 namespace mcstore {
 
-enum class DecodedAs { kWritten, kNotFound, kFailed };
+enum class DecodedAs {
+  kWritten,
+  kWrittenOfDamaged,  // all that there is, of a file that does not hold what it should
+  kNotFound,
+  kFailed,
+};
 
 struct Decoded {
   DecodedAs as;
-  std::string text;  // what was written, what was missing or what went wrong
+  std::string text;  // what was written, and what is wrong with the file; what was missing; or what went wrong
 };
 
 // The size of a kind's store file in that directory; 0 when there is none.
@@ -33,7 +38,7 @@ class Decoding {
 
  private:
   void run_decoder(const Kind &kind, const std::string &output_path);
-  std::string write_text(const Kind &kind, const std::string &input_path, const std::string &output_path);
+  Decoded write_text(const Kind &kind, const std::string &input_path, const std::string &output_path);
 
   host::Plugin plugin_;
   std::string input_dir_;

@@ -1,4 +1,4 @@
-#include "mcstore/collect/record_input.h"
+#include "mcstore/json/record_input.h"
 
 #include <fmt/core.h>
 

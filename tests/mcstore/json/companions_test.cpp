@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "host/bytes.h"
-#include "mcstore/collect/store_content.h"
+#include "mcstore/json/store_content.h"
 #include "raid/controllers/controller_bytes.h"
 
 namespace tests {
@@ -13,7 +13,7 @@ using mcstore::parse_inventory;
 Bytes stored(const std::string &fields) {
   const std::string json =
       R"({"format": 2, "kinds": [{"kind": "controllers", "devices": [{"fields": {)" + fields + "}}]}]}";
-  return Bytes(parse_inventory(json).at(0).bytes);
+  return Bytes(parse_inventory(json).stores.at(0).bytes);
 }
 std::string refusal_of_fields(const std::string &fields) {
   try {
@@ -85,7 +85,7 @@ TEST(Companions, FlagsAreTrueFalseOrANumber) {
 
 // What a reader skips may be in an inventory that somebody has made: what the tool itself writes is.
 TEST(Companions, OfTheDocumentAreTakenAsTheyAre) {
-  const auto stores = parse_inventory(
+  const auto inventory = parse_inventory(
       R"({"format": 2, "tool": {}, "time": "", "root": "/", "kinds": [
           {"kind": "controllers", "status": "fine", "error": null, "notes": [], "state": 2, "state_text": "ready",
            "store": null, "devices": [{"device": "c0", "health": "OK", "reasons": [], "notes": []}]},
@@ -93,8 +93,8 @@ TEST(Companions, OfTheDocumentAreTakenAsTheyAre) {
           {"kind": "expanders", "status": "absent"},
           {"kind": "nvme-drives", "status": "unreadable"}]})");
 
-  ASSERT_EQ(stores.size(), 1u);
-  EXPECT_EQ(Bytes(stores[0].bytes), Bytes::hex("02") + Bytes::repeated(kControllerSize, 0));
+  ASSERT_EQ(inventory.stores.size(), 1u);
+  EXPECT_EQ(Bytes(inventory.stores[0].bytes), Bytes::hex("02") + Bytes::repeated(kControllerSize, 0));
 }
 
 }  // namespace

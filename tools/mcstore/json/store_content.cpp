@@ -1,14 +1,15 @@
-#include "mcstore/collect/store_content.h"
+#include "mcstore/json/store_content.h"
 
 #include <fmt/core.h>
 
 #include <algorithm>
 
-#include "mcstore/collect/flash_module.h"
-#include "mcstore/collect/record_input.h"
+#include "mcstore/health/rules.h"
 #include "mcstore/inventory/inventory.h"
+#include "mcstore/json/flash_module.h"
 #include "mcstore/json/inventory_format.h"
 #include "mcstore/json/json_input.h"
+#include "mcstore/json/record_input.h"
 #include "mcstore/kinds/kind.h"
 #include "mcstore/kinds/value.h"
 #include "records/bbu_record.h"
@@ -19,6 +20,7 @@ namespace {
 constexpr KindStatus kStatuses[] = {KindStatus::kFine, KindStatus::kAbsent, KindStatus::kUnreadable,
                                     KindStatus::kDamaged, KindStatus::kSimulated};
 constexpr KindStatus kWithoutStore[] = {KindStatus::kAbsent, KindStatus::kUnreadable};
+constexpr KindStatus kWithoutWholeStore[] = {KindStatus::kDamaged, KindStatus::kSimulated};
 
 KindStatus parse_status(const Json &value, const std::string &place) {
   const auto status =
@@ -66,39 +68,71 @@ StoreContent parse_store(const Kind &kind, const Json &object) {
   return store;
 }
 
-// A kind that has no file leaves none: what is written tells nothing of it.
-void append_store(std::vector<StoreContent> &stores, const Json &object, const std::string &place) {
+std::string omission_of(const Kind &kind, KindStatus status, const Json &object) {
+  std::string line = fmt::format("{}: not written, since they are {}", kind.name, word_for(status));
+  if (object.contains("error") && object["error"].is_string()) line += ": " + object["error"].get<std::string>();
+  return line;
+}
+
+// A kind that has no file leaves none: what is written tells nothing of it. A clean file of devices that are not all,
+// or made up, would tell something else of them.
+void append_store(StoredInventory &inventory, const Json &object, const std::string &place) {
   const Kind &kind = parse_kind(object, place);
   const std::string name(kind.name);
   refuse_other_keys(object, {"kind", "status", "error", "notes", "state", "state_text", "store", "devices"}, name);
   const KindStatus status =
       object.contains("status") ? parse_status(object["status"], member_of(name, "status")) : KindStatus::kFine;
   if (std::ranges::find(kWithoutStore, status) != std::end(kWithoutStore)) return;
+  if (std::ranges::find(kWithoutWholeStore, status) != std::end(kWithoutWholeStore)) {
+    inventory.omissions.push_back(omission_of(kind, status, object));
+    return;
+  }
   if (kind.store_path.empty()) refuse(name, "this kind has no store file");
-  if (std::ranges::find(stores, kind.store_path, &StoreContent::path) != stores.end())
+  if (std::ranges::find(inventory.stores, kind.store_path, &StoreContent::path) != inventory.stores.end())
     refuse(place, fmt::format("{} stand twice in this inventory", kind.name));
-  stores.push_back(parse_store(kind, object));
+  inventory.stores.push_back(parse_store(kind, object));
+}
+
+// A store of no devices, in the state in which that is to be believed.
+StoreContent empty_store(const Kind &kind) {
+  const auto rule = std::ranges::find(state_rules(), kind.name, &StateRule::kind);
+  const Json object = rule == state_rules().end() ? Json::object() : Json{{"state", rule->good}};
+  StoreContent store = parse_store(kind, object);
+  store.only_if_missing = true;
+  return store;
+}
+
+std::vector<StoreContent> lock_files_beside(const std::vector<StoreContent> &stores) {
+  std::vector<StoreContent> files;
+  for (const Kind &kind : kinds()) {
+    const bool is_locked = std::ranges::count(stores, kind.store_path, &StoreContent::lock_path) > 0;
+    const bool is_written = std::ranges::count(stores, kind.store_path, &StoreContent::path) > 0;
+    if (is_locked && !is_written) files.push_back(empty_store(kind));
+  }
+  return files;
 }
 
 }  // namespace
 
-std::vector<StoreContent> parse_inventory(const std::string &json_text) {
+StoredInventory parse_inventory(const std::string &json_text) {
   const Json document = parse_json(json_text);
   as_object(document, "the inventory");
   if (!document.contains("format") || document["format"] != kInventoryFormat)
     refuse("format", fmt::format("must be {}", kInventoryFormat));
   refuse_other_keys(document, {"format", "tool", "time", "root", "kinds", kFlashModuleKey}, "");
 
-  std::vector<StoreContent> stores;
+  StoredInventory inventory;
   if (document.contains("kinds")) {
     const Json &kinds = as_array(document["kinds"], "kinds");
-    for (size_t i = 0; i < kinds.size(); ++i) append_store(stores, kinds[i], fmt::format("kinds[{}]", i));
+    for (size_t i = 0; i < kinds.size(); ++i) append_store(inventory, kinds[i], fmt::format("kinds[{}]", i));
   }
   if (const std::string key(kFlashModuleKey); document.contains(key))
-    stores.push_back({.lock_path = mcserver::records::kRaidLockPath,
-                      .path = mcserver::records::kFlashModulePath,
-                      .bytes = flash_module_image(document[key], key)});
-  return stores;
+    inventory.stores.push_back({.lock_path = mcserver::records::kRaidLockPath,
+                                .path = mcserver::records::kFlashModulePath,
+                                .bytes = flash_module_image(document[key], key)});
+  const std::vector<StoreContent> lock_files = lock_files_beside(inventory.stores);
+  inventory.stores.insert(inventory.stores.begin(), lock_files.begin(), lock_files.end());
+  return inventory;
 }
 
 }  // namespace mcstore

@@ -1,4 +1,4 @@
-#include "mcstore/collect/store_content.h"
+#include "mcstore/json/store_content.h"
 
 #include <gtest/gtest.h>
 
@@ -19,7 +19,7 @@ using mcstore::InventoryError;
 using mcstore::parse_inventory;
 
 Bytes only_store(const std::string &json) {
-  const auto stores = parse_inventory(json);
+  const auto stores = parse_inventory(json).stores;
   EXPECT_EQ(stores.size(), 1u);
   EXPECT_EQ(stores.at(0).path, "/var/storctlr_info");
   return Bytes(stores.at(0).bytes);
@@ -144,6 +144,31 @@ TEST(Inventory, RefusesKindsThatAreNoneOrStandTwice) {
   EXPECT_EQ(complaint(R"({"format": 2, "kinds": [{"kind": "bbus"}, {"kind": "bbus"}]})"),
             "kinds[1]: bbus stand twice in this inventory");
   EXPECT_EQ(complaint(controllers(R"("status": "good")")), "controllers.status: is not a status of a kind");
+}
+
+TEST(Inventory, MakesAMissingFileToLockAWholeStore) {
+  const auto raid = parse_inventory(R"({"format": 2, "kinds": [{"kind": "drives"}, {"kind": "bbus"}]})").stores;
+  const auto nvme = parse_inventory(R"({"format": 2, "kinds": [{"kind": "nvme-drives"}]})").stores;
+
+  ASSERT_EQ(raid.size(), 3u);
+  EXPECT_EQ(raid[0].path, "/var/storctlr_info");
+  EXPECT_EQ(Bytes(raid[0].bytes), Bytes::hex("02"));
+  EXPECT_TRUE(raid[0].only_if_missing);
+  EXPECT_FALSE(raid[1].only_if_missing);
+  ASSERT_EQ(nvme.size(), 2u);
+  EXPECT_EQ(nvme[0].path, "/var/nvmectlr_info");
+  EXPECT_EQ(Bytes(nvme[0].bytes), Bytes::hex("04"));
+}
+
+TEST(Inventory, OmitsKindsWhoseDevicesAreNotThoseOfAWholeStore) {
+  const auto inventory = parse_inventory(R"({"format": 2, "kinds": [
+      {"kind": "controllers", "status": "damaged", "error": "it is cut", "devices": [{}]},
+      {"kind": "expanders", "status": "simulated", "error": null, "devices": [{}]}]})");
+
+  EXPECT_TRUE(inventory.stores.empty());
+  EXPECT_EQ(inventory.omissions,
+            (std::vector<std::string>{"controllers: not written, since they are damaged: it is cut",
+                                      "expanders: not written, since they are simulated"}));
 }
 
 ShownJson devices_of(const ShownJson &inventory, const mcstore::Kind &kind) {

@@ -1,4 +1,4 @@
-#include "mcstore/collect/flash_module.h"
+#include "mcstore/json/flash_module.h"
 
 #include <fmt/core.h>
 

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "host/bytes.h"
-#include "mcstore/collect/store_content.h"
+#include "mcstore/json/store_content.h"
 
 namespace tests {
 namespace {
@@ -52,8 +52,9 @@ INSTANTIATE_TEST_SUITE_P(OfEachKind, Limits,
                          });
 
 TEST(DriveCounts, AreFilledIn) {
-  EXPECT_EQ(Bytes(parse_inventory(json_of_empty("drives", 300)).at(0).bytes).slice(0, 4), Bytes::hex("2c 01 00 00"));
-  EXPECT_EQ(Bytes(parse_inventory(json_of_empty("nvme-drives", 2)).at(0).bytes).slice(0, 5),
+  EXPECT_EQ(Bytes(parse_inventory(json_of_empty("drives", 300)).stores.back().bytes).slice(0, 4),
+            Bytes::hex("2c 01 00 00"));
+  EXPECT_EQ(Bytes(parse_inventory(json_of_empty("nvme-drives", 2)).stores.back().bytes).slice(0, 5),
             Bytes::hex("02 00 00 00 00"));
 }
 
