@@ -86,7 +86,7 @@ TEST_F(ShownChanges, TellOfAKindWithoutADevice) {
 TEST_F(ShownChanges, AreEventsWithTheTime) {
   const KindInventory before = drives({numbered_drive(1)});
   const KindInventory after = drives({{.slot = 1, .serial = "SERIAL-1", .stamp = 9, .status = 6}});
-  const auto changes = status_changes(before, before, after);
+  const auto changes = data_changes(before, after);
 
   ASSERT_EQ(changes.size(), 1u);
   EXPECT_EQ(shown_event(changes[0], kMorning, ChangeFormat::kText),
