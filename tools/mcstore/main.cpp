@@ -2,8 +2,8 @@
 
 #include <clocale>
 #include <exception>
+#include <sstream>
 #include <string>
-#include <string_view>
 
 #include "mcstore/commands/command.h"
 #include "mcstore/commands/output.h"
@@ -13,13 +13,19 @@ namespace mcstore {
 namespace {
 
 // Whatever goes wrong in a check is UNKNOWN to the system that asks, which reads standard output.
-int fail(const std::string &problem, int exit_code, char **argv) {
-  const bool is_check = argv[1] && std::string_view(argv[1]) == "check";
-  return is_check ? complain_as_check(problem) : complain(problem, exit_code);
+int fail(const std::string &problem, int exit_code, const std::string &command) {
+  return command == "check" ? complain_as_check(problem) : complain(problem, exit_code);
 }
 
-int run(int argc, char **argv) {
-  CLI::App app("Shows the storage inventory of a server, as the plug-in libmcserver_storage.so reports it.", "mcstore");
+// For help, or the version.
+int answer(const CLI::App &app, const CLI::Success &request) {
+  std::ostringstream text;
+  const int exit_code = app.exit(request, text, text);
+  print(text.str());
+  return exit_code;
+}
+
+int run(CLI::App &app, int argc, char **argv) {
   app.require_subcommand(1);
   app.set_version_flag("--version", "mcstore " MCSTORE_VERSION);
   app.footer(
@@ -32,10 +38,10 @@ int run(int argc, char **argv) {
   if (const std::string problem = unknown_command(app, argc, argv); !problem.empty()) return complain(problem, kUsage);
   try {
     app.parse(argc, argv);
-  } catch (const CLI::Success &request) {  // for help, or the version
-    return app.exit(request);
+  } catch (const CLI::Success &request) {
+    return answer(app, request);
   } catch (const CLI::ParseError &error) {
-    return fail(usage_problem(app, error), kUsage, argv);
+    return fail(usage_problem(app, error), kUsage, command_in(app, argc, argv));
   }
   return action();
 }
@@ -45,9 +51,10 @@ int run(int argc, char **argv) {
 
 int main(int argc, char **argv) {
   setlocale(LC_CTYPE, "");  // decides which characters can be shown
+  CLI::App app("Shows the storage inventory of a server, as the plug-in libmcserver_storage.so reports it.", "mcstore");
   try {
-    return mcstore::run(argc, argv);
+    return mcstore::run(app, argc, argv);
   } catch (const std::exception &error) {
-    return mcstore::fail(error.what(), mcstore::kFailure, argv);
+    return mcstore::fail(mcstore::reason(error), mcstore::kFailure, mcstore::command_in(app, argc, argv));
   }
 }

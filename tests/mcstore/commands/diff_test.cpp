@@ -57,6 +57,23 @@ TEST_F(Diff, ReportsNoDriveAsGoneThatCannotBeRead) {
   EXPECT_EQ(outcome.err, "mcstore: " + files.real("/b") + ": drives: cannot read " + path + ": it is not a file\n");
 }
 
+TEST_F(Diff, TellsALostStateAndWhyInOneBlock) {
+  files.write(std::string("/b") + kControllerStore, Bytes());
+
+  const Outcome outcome = diff();
+
+  const std::string error = files.real("/b") + kControllerStore + " ends within its header";
+  EXPECT_EQ(outcome.exit_code, 2);
+  EXPECT_EQ(outcome.out,
+            "controllers changed\n  status: fine -> damaged\n  error: none -> " + error + "\n  state: ready -> none\n");
+}
+
+TEST_F(Diff, DoesNotCompareThePlacesInErrors) {
+  for (const char *side : {"/a", "/b"}) files.write(std::string(side) + kDriveStore, Bytes());
+
+  EXPECT_EQ(diff().out, "");
+}
+
 TEST_F(Diff, IsNotContentWithAPlaceWithoutAnInventory) {
   files.remove("/b/var");
 

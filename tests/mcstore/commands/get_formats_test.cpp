@@ -96,6 +96,17 @@ TEST_F(GetFormats, HexIsTheReplyAsItCame) {
                     EndsWith("NVMe drives:\n")));
 }
 
+TEST_F(GetFormats, HexGoesOnBehindAKindThatCannotBeRead) {
+  files.write(kControllerStore, controller_file(1, {}));
+  files.write_text(std::string(kDriveStore) + "/in-the-way", "");
+
+  const Outcome outcome = mcstore_here("get all --format hex");
+
+  EXPECT_EQ(outcome.exit_code, 1);
+  EXPECT_THAT(outcome.out, AllOf(HasSubstr("Physical drives:\nVirtual drives:\n"), EndsWith("NVMe drives:\n")));
+  EXPECT_EQ(outcome.err, "mcstore: cannot read " + files.real(kDriveStore) + ": it is not a file\n");
+}
+
 TEST_F(GetFormats, ASmallBufferGrows) {
   files.write(kControllerStore, controller_file(2, {Controller()}));
   const std::string expected = mcstore_here("get controllers --format hex").out;

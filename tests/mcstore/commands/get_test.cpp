@@ -83,6 +83,26 @@ TEST_F(Get, SortsAndFilters) {
   EXPECT_EQ(mcstore_here("get drives --filter fault=true").out, "Physical drives: 0 of 3\n");
 }
 
+TEST_F(Get, PassesOverKindsThatHaveNoneOfTheColumns) {
+  const Outcome outcome = mcstore_here("get all --columns serial_num");
+
+  EXPECT_EQ(outcome.exit_code, 0) << outcome.err;
+  EXPECT_THAT(outcome.out, StartsWith("RAID controllers: 1, subsystem ready\n"
+                                      "  has none of these columns\n"
+                                      "\n"
+                                      "Physical drives: 3\n"
+                                      "SERIAL\n"
+                                      "SERIAL-1\n"));
+  EXPECT_EQ(mcstore_here("get all --columns serial_num --no-header").out, "SERIAL-1\nSERIAL-2\nSERIAL-10\n");
+}
+
+TEST_F(Get, TakesTheNameOfAFieldBeforeAHeading) {
+  EXPECT_EQ(mcstore_here("get drives --columns device --filter status=5 --filter slot_num=2 --no-header").out,
+            "c0/e0/s2\n");
+  EXPECT_EQ(mcstore_here("get drives --format csv --columns status,STATUS --filter slot_num=2").out,
+            "status,status_desc\r\n5,\r\n");
+}
+
 TEST_F(Get, ShowsAllColumns) {
   const std::string out = mcstore_here("get controllers --all-columns").out;
 
@@ -98,6 +118,14 @@ TEST_F(Get, RefusesWhatItDoesNotKnow) {
   expect_refusal("drives --format xml --columns temp", "--columns: only the formats table and csv have columns");
   expect_refusal("drives --raw-xml",
                  "--raw-xml: only nvme-controllers and nvme-drives are reported in XML: choose one of them");
+  for (const char *option : {"--format xml", "--filter health=OK", "--sort health", "--columns temp", "--all-columns"})
+    expect_refusal("nvme-drives --raw-xml " + std::string(option),
+                   "--raw-xml shows a whole reply as it is: leave out DEVICE, --format, --filter, --sort and columns");
+  expect_refusal("nvme-drives S1 --raw-xml",
+                 "--raw-xml shows a whole reply as it is: leave out DEVICE, --format, --filter, --sort and columns");
+  for (const char *option : {"c0/e0/s1", "--filter health=OK", "--sort health"})
+    expect_refusal("drives --format hex " + std::string(option),
+                   "--format hex shows a whole reply as it is: leave out DEVICE, --filter and --sort");
   expect_refusal("drives --columns '\x1b[2J'", "there is no column '\\x1b[2J'; the nearest: SIZE, TEMP, TYPE");
 }
 

@@ -119,6 +119,26 @@ TEST_F(Watch, RemembersDevicesWhileTheyCannotBeSeen) {
   EXPECT_EQ(line, "drives c0/e0/s1 changed: mod_timestamp 1 -> 2");
 }
 
+TEST_F(Watch, TellsWhatWasReplacedWhileTheFileWasDamaged) {
+  files.write(kDriveStore, drive_file(2, {numbered_drive(1), numbered_drive(2)}));
+  Background watch(drives(kRarely));
+  watch.line();
+  const std::string announces = files.real(kDriveStore) + " announces 2 records and holds ";
+
+  files.write(kDriveStore, drive_file(2, {numbered_drive(1, 7)}));
+  EXPECT_EQ(without_time(watch.line()),
+            "drives changed: status fine -> damaged, error none -> " + announces + "1, devices 2 -> 1");
+  EXPECT_EQ(without_time(watch.line()), "drives c0/e0/s1 changed: mod_timestamp 1 -> 7");
+  files.write(kDriveStore, drive_file(2, {}));
+  EXPECT_EQ(without_time(watch.line()),
+            "drives changed: error " + announces + "1 -> " + announces + "0, devices 1 -> 0");
+  files.write(kDriveStore, drive_file(2, {numbered_drive(1, 7), numbered_drive(3)}));
+  EXPECT_EQ(without_time(watch.line()),
+            "drives changed: status damaged -> fine, error " + announces + "0 -> none, devices 0 -> 2");
+  EXPECT_EQ(without_time(watch.line()), "drives c0/e0/s2 went: (empty), serial_num SERIAL-2");
+  EXPECT_EQ(without_time(watch.line()), "drives c0/e0/s3 came: (empty), serial_num SERIAL-3");
+}
+
 TEST_F(Watch, EndsAfterSoManyEvents) {
   Background watch(drives(std::string(kRarely) + "--count 2"));
   watch.line();

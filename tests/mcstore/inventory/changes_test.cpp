@@ -84,7 +84,7 @@ TEST(Changes, ReportNothingAsGoneThatCannotBeRead) {
 
   EXPECT_THAT(told(data_changes(before, after)), IsEmpty());
   EXPECT_THAT(told(data_changes(after, before)), IsEmpty());
-  EXPECT_THAT(told(status_changes(before, after)),
+  EXPECT_THAT(told(status_changes(before, before, after)),
               ElementsAre("status status fine -> unreadable error none -> no permission devices 1 -> none"));
 }
 
@@ -110,14 +110,15 @@ TEST(Changes, TellThatTheSubsystemHasAnotherState) {
   KindInventory after = look_at("controllers", {});
   after.state = 77;
 
-  EXPECT_THAT(told(data_changes(before, after)), ElementsAre("status state " + state_text(before) + " -> 77"));
+  EXPECT_THAT(told(status_changes(before, before, after)),
+              ElementsAre("status state " + state_text(before) + " -> 77"));
 }
 
 TEST(Changes, DoNotCompareErrorsWhichNamePlaces) {
   const KindInventory before = look_in_vain("drives", KindStatus::kAbsent, "/a/var does not exist");
   const KindInventory after = look_in_vain("drives", KindStatus::kAbsent, "/b/var does not exist");
 
-  EXPECT_THAT(told(status_changes(before, after)), IsEmpty());
+  EXPECT_THAT(told(status_changes(before, before, after)), IsEmpty());
 }
 
 }  // namespace

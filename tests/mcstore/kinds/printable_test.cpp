@@ -49,6 +49,16 @@ TEST(Printable, EscapesWhatDeceivesItsReader) {
   EXPECT_EQ(printable("\xef\xbb\xbf"), "\\xef\\xbb\\xbf");
 }
 
+TEST(Printable, EscapesWhatIsNotSeen) {
+  const InLocale scope("C.UTF-8");
+
+  for (const char *text : {"\u00ad", "\u034f", "\u115f", "\u1160", "\u17b4", "\u17b5", "\u180b", "\u180f", "\u2800",
+                           "\u3164", "\ufe00", "\ufe0f", "\uffa0", "\U000e0041", "\U0010fffd"})
+    EXPECT_TRUE(printable(text).starts_with("\\x")) << printable(text);
+  for (const char *text : {"\u034e", "\u115e", "\u1161", "\u17b6", "\u2801", "\u3163", "\u3165", "\ufe10", "\uffa1"})
+    EXPECT_EQ(printable(text), text);
+}
+
 TEST(Utf8, HasCharactersOfUpToFourBytes) {
   const auto code = [](std::string_view text) { return mcstore::first_character(text).code; };
 

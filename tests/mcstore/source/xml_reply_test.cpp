@@ -39,6 +39,20 @@ TEST(XmlReply, IsUnclearWhenItIsNotWellFormed) {
   EXPECT_EQ(problem.substr(0, 38), "it is not well-formed: Error parsing e");
 }
 
+TEST(XmlReply, IsUnclearWhenItHasMarkupInAValue) {
+  const auto problem = [](const std::string &serial) {
+    const NvmeDrive drive{.serial = serial};
+    return drive_contradiction(drive.xml(), drive);
+  };
+
+  EXPECT_EQ(problem("a<b").substr(0, 36), "it is not well-formed: '<' in a valu");
+  for (const char *serial : {"a&b", "a&;", "a&b;", "a&#;", "a&#x;", "a&#xg;", "a&#1a;"})
+    EXPECT_EQ(problem(serial).substr(0, 36), "it is not well-formed: '&' that begi") << serial;
+  EXPECT_EQ(problem("a>'b"), "");
+  for (const char *serial : {"a&amp;b", "a&#65;", "a&#x4a;"})
+    EXPECT_EQ(problem(serial), "its attribute serial-number is another") << serial;
+}
+
 TEST(XmlReply, IsUnclearWhenItSaysSomethingElse) {
   EXPECT_EQ(drive_contradiction(NvmeDrive{.serial = "OTHER"}.xml()), "its attribute serial-number is another");
   EXPECT_EQ(drive_contradiction(NvmeDrive{.temperature = 36}.xml()), "its attribute temperature is another");

@@ -68,8 +68,8 @@ TEST_F(ShownChanges, AreLinesForPrograms) {
 }
 
 TEST_F(ShownChanges, TellOfAKindWithoutADevice) {
-  const auto changes =
-      status_changes(drives({numbered_drive(1)}), look_in_vain("drives", KindStatus::kUnreadable, "it is \"locked\""));
+  const auto changes = status_changes(drives({numbered_drive(1)}), drives({numbered_drive(1)}),
+                                      look_in_vain("drives", KindStatus::kUnreadable, "it is \"locked\""));
 
   EXPECT_EQ(all(changes, ChangeFormat::kText),
             "drives changed\n"

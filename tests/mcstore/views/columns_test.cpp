@@ -41,6 +41,8 @@ TEST(Columns, AreFoundByHeadingAndNameWhateverTheCase) {
 
   EXPECT_EQ(name("temp"), "temperature");
   EXPECT_EQ(name("STATUS"), "status_desc");
+  EXPECT_EQ(name("status"), "status");
+  EXPECT_EQ(name("Status"), "status");
   EXPECT_EQ(name("Power_On_Hours"), "power_on_hours");
   EXPECT_EQ(name("health"), "health");
   EXPECT_EQ(name("device"), "device");

@@ -62,6 +62,25 @@ TEST(Csv, QuotesWhatWouldEndAValue) {
   EXPECT_EQ(model("a\r\nb"), "a\\x0d\\x0ab");
 }
 
+TEST(Csv, TellsEscapesFromTexts) {
+  const auto model = [](const std::string &text) {
+    return csv(RecordOf("drives").text("product_id", text), {"model"});
+  };
+
+  EXPECT_EQ(model("a\\x1b"), "a\\\\x1b");
+  EXPECT_EQ(model("a\x1b"), "a\\x1b");
+  EXPECT_EQ(model("\x7f\xc2\x9b\xff"), "\\x7f\\xc2\\x9b\\xff");
+  EXPECT_EQ(model("\u202e\ufe0f"), "\\xe2\\x80\\xae\\xef\\xb8\\x8f");
+}
+
+TEST(Csv, HasUtf8InEveryLocale) {
+  for (const char *locale : {"C", "C.UTF-8"}) {
+    const InLocale scope(locale);
+
+    EXPECT_EQ(csv(RecordOf("drives").text("product_id", "\u00e9\u6f22"), {"model"}), "\u00e9\u6f22") << locale;
+  }
+}
+
 TEST(Csv, HasNoFormula) {
   const auto model = [](const std::string &text) {
     return csv(RecordOf("drives").text("product_id", text), {"model"});

@@ -56,9 +56,10 @@ int compare(const DiffOptions &options) {
   bool is_same = true;
   for (size_t i = 0; i < after.kinds.size(); ++i) {
     std::string text;
-    for (const auto changes : {status_changes, data_changes})
-      for (const Change &change : changes(before.kinds[i], after.kinds[i]))
-        text += shown_change(change, options.format);
+    const KindInventory &old_look = before.kinds[i];
+    const KindInventory &new_look = after.kinds[i];
+    for (const auto &changes : {status_changes(old_look, old_look, new_look), data_changes(old_look, new_look)})
+      for (const Change &change : changes) text += shown_change(change, options.format);
     is_same = is_same && text.empty();
     if (!text.empty()) print(text);
   }
@@ -70,7 +71,7 @@ int diff(const DiffOptions &options) {
   try {
     return compare(options);
   } catch (const std::exception &error) {
-    return complain(error.what(), kTrouble);
+    return complain(reason(error), kTrouble);
   }
 }
 

@@ -24,6 +24,7 @@ struct GetOptions {
   SourceOptions source;
   std::string kind;
   std::string format = format_names().front();
+  bool has_format = false;  // one was asked for
   bool is_raw_xml = false;
   std::vector<std::string> filters;
   Selection selection;
@@ -45,6 +46,19 @@ std::string column_problem(const std::vector<const Kind *> &chosen, const std::s
   return fmt::format("there is no column '{}'; the nearest: {}", word, nearest(word, known));
 }
 
+// What is refused beside a reply that is shown as it is.
+std::string whole_reply_problem(const GetOptions &options) {
+  const PresentationOptions &shown = options.presentation;
+  const bool has_selection =
+      !options.selection.devices.empty() || !options.selection.filters.empty() || !options.selection.sort.empty();
+  const bool has_columns = !shown.columns.empty() || shown.has_all_columns;
+  if (options.is_raw_xml && (has_selection || has_columns || options.has_format))
+    return "--raw-xml shows a whole reply as it is: leave out DEVICE, --format, --filter, --sort and columns";
+  if (options.format == "hex" && has_selection)
+    return "--format hex shows a whole reply as it is: leave out DEVICE, --filter and --sort";
+  return {};
+}
+
 // What cannot be done as it was asked.
 std::string problem(const GetOptions &options, const std::vector<const Kind *> &chosen) {
   const PresentationOptions &shown = options.presentation;
@@ -54,6 +68,7 @@ std::string problem(const GetOptions &options, const std::vector<const Kind *> &
   if (!has_columns && !shown.columns.empty()) return "--columns: only the formats table and csv have columns";
   if (options.is_raw_xml && std::ranges::any_of(chosen, [](const Kind *kind) { return kind->layout.has_value(); }))
     return "--raw-xml: only nvme-controllers and nvme-drives are reported in XML: choose one of them";
+  if (std::string text = whole_reply_problem(options); !text.empty()) return text;
 
   std::vector<std::string> names = shown.columns;
   if (!options.selection.sort.empty()) names.push_back(options.selection.sort);
@@ -167,6 +182,7 @@ void add_get(CLI::App &app, Action &action) {
                   "Show every field of these alone, by their names or serial numbers")
       ->type_name("");
   command.add_option("--format", options->format, "How to show them")
+      ->each([options](const std::string &) { options->has_format = true; })
       ->type_name("FORMAT")
       ->check(one_of(format_names()))
       ->capture_default_str();

@@ -5,6 +5,7 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <new>
 #include <system_error>
 
 #include "mcstore/kinds/printable.h"
@@ -25,6 +26,10 @@ void Printer::print(std::string_view text) {
 void Printer::flush() {
   mcstore::print(pending_);
   pending_.clear();
+}
+
+std::string reason(const std::exception &error) {
+  return dynamic_cast<const std::bad_alloc *>(&error) ? "out of memory" : error.what();
 }
 
 std::optional<size_t> terminal_width() {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <exception>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -20,6 +21,9 @@ class Printer {
  private:
   std::string pending_;
 };
+
+// What went wrong, for people: the system's own words would not tell them.
+std::string reason(const std::exception &error);
 
 // The width of the terminal that standard output is; nothing if it is none.
 std::optional<size_t> terminal_width();

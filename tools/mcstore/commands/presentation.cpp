@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <ctime>
+#include <stdexcept>
 
 #include "mcstore/commands/output.h"
 #include "mcstore/kinds/unit.h"
@@ -43,7 +44,7 @@ class AsTable : public Presentation {
     if (needs_.options.shows_rows)
       text += rows(inventory, positions);
     else
-      text += device_list(inventory, positions, columns(*inventory.kind), needs_.judge, needs_.options.style);
+      text += list(inventory, positions);
     if (text.empty()) return;
     const bool is_block = !positions.empty();
     print((is_block || is_behind_block_) && !is_first_ && needs_.options.has_header ? '\n' + text : text);
@@ -57,6 +58,13 @@ class AsTable : public Presentation {
   std::vector<Column> columns(const Kind &kind) const {
     if (!needs_.options.columns.empty()) return named_columns(kind, needs_.options.columns);
     return needs_.options.has_all_columns ? all_columns(kind) : chosen_columns(kind);
+  }
+
+  // Of all kinds, some may have none of the columns that were named.
+  std::string list(const KindInventory &inventory, const std::vector<size_t> &positions) const {
+    const std::vector<Column> shown = columns(*inventory.kind);
+    if (shown.empty()) return tells_remarks() && !positions.empty() ? "  has none of these columns\n" : "";
+    return device_list(inventory, positions, shown, needs_.judge, needs_.options.style);
   }
 
   std::string rows(const KindInventory &inventory, const std::vector<size_t> &positions) const {
@@ -184,15 +192,21 @@ class AsHex : public Presentation {
   void show(const KindInventory &inventory, const std::vector<size_t> &) override {
     if (!needs_.options.has_one_kind) print(fmt::format("{}:\n", inventory.kind->title));
     if (inventory.status == KindStatus::kAbsent) return;
-    try {
-      print(hex_dump(needs_.source.reply(*inventory.kind)));
-    } catch (const PluginFailure &) {  // which reading the inventory has met, too, so that it is told
-    }
+    print(hex_dump(reply(*inventory.kind)));
   }
 
   bool tells_remarks() const override { return false; }
 
  private:
+  // Nothing where there is none: reading the inventory has met the same, so that it is told.
+  Record reply(const Kind &kind) {
+    try {
+      return needs_.source.reply(kind);
+    } catch (const std::runtime_error &) {
+      return {};
+    }
+  }
+
   Needs needs_;
 };
 

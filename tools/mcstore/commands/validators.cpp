@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <cctype>
 #include <cerrno>
 #include <charconv>
 #include <cstring>
@@ -15,6 +16,7 @@ namespace mcstore {
 namespace {
 
 std::string not_found(const std::string &path, mode_t type, const char *what) {
+  if (path.empty()) return fmt::format("'' is not a {}", what);
   struct stat about = {};
   if (stat(path.c_str(), &about) != 0) return fmt::format("{}: {}", path, strerror(errno));
   return (about.st_mode & S_IFMT) == type ? "" : fmt::format("{} is not a {}", path, what);
@@ -54,7 +56,13 @@ CLI::Validator number_between(double least, double greatest) {
 }
 
 CLI::Validator whole_number_between(uint64_t least, uint64_t greatest) {
-  return {[=](std::string &text) { return not_between(text, least, greatest); }, "", ""};
+  return {[=](std::string &text) {
+            // The library would read an octal number.
+            if (text.size() > 1 && text[0] == '0' && isdigit(static_cast<unsigned char>(text[1])) != 0)
+              return fmt::format("'{}' begins with a needless 0", text);
+            return not_between(text, least, greatest);
+          },
+          "", ""};
 }
 
 }  // namespace mcstore

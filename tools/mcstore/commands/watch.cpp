@@ -47,8 +47,8 @@ struct timespec now() {
 
 // A kind, as it was seen last.
 struct Seen {
-  std::shared_ptr<const KindInventory> last;
-  std::shared_ptr<const KindInventory> last_with_data;  // what devices are compared with, once they can be seen again
+  KindInventory last;
+  KindInventory known;  // what devices are compared with, once they can be seen again
 };
 
 class Watcher {
@@ -74,25 +74,24 @@ class Watcher {
 
   void begin() {
     watch_.renew();
-    std::vector<const KindInventory *> inventories;
     for (const Kind *kind : chosen_kinds(options_.kind)) {
-      const auto inventory = std::make_shared<const KindInventory>(source_.read(*kind));
+      const KindInventory inventory = source_.read(*kind);
       seen_.push_back({inventory, inventory});
-      inventories.push_back(inventory.get());
-      if (inventory->status == KindStatus::kUnreadable || inventory->status == KindStatus::kDamaged)
-        complain(fmt::format("{}: {}", kind->name, inventory->error), kFailure);
+      if (inventory.status == KindStatus::kUnreadable || inventory.status == KindStatus::kDamaged)
+        complain(fmt::format("{}: {}", kind->name, inventory.error), kFailure);
     }
+    std::vector<const KindInventory *> inventories;
+    for (const Seen &seen : seen_) inventories.push_back(&seen.last);
     print(shown_beginning(inventories, now(), options_.format));
   }
 
   void look() {
     watch_.renew();
     for (Seen &seen : seen_) {
-      const auto inventory = std::make_shared<const KindInventory>(source_.read(*seen.last->kind));
-      tell(status_changes(*seen.last, *inventory));
-      tell(data_changes(*seen.last_with_data, *inventory));
-      seen.last = inventory;
-      if (inventory->has_data()) seen.last_with_data = inventory;
+      const KindInventory inventory = source_.read(*seen.last.kind);
+      tell(status_changes(seen.last, seen.known, inventory));
+      tell(data_changes(seen.known, inventory));
+      seen = {inventory, remembered(seen.known, inventory)};
     }
   }
 

@@ -35,8 +35,8 @@ void judge_by_threshold(const Threshold &threshold, const Device &device, std::v
   const Field *field = device.find(threshold.field);
   const std::optional<int64_t> number = field ? device.number(*field) : std::nullopt;
   if (number && threshold.range.alerts(static_cast<double>(*number)))
-    findings.push_back({threshold.health, fmt::format("{} is {}, limit {}", threshold.field,
-                                                      device.text(*field), threshold.range.text())});
+    findings.push_back({threshold.health, fmt::format("{} is {}, limit {}", threshold.field, device.text(*field),
+                                                      threshold.range.text())});
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <fmt/core.h>
 
 #include <algorithm>
+#include <array>
 #include <map>
 
 namespace mcstore {
@@ -73,6 +74,16 @@ std::vector<FieldChange> field_changes(const Device &before, const Device &after
 
 bool is_simulated(const KindInventory &inventory) { return inventory.status == KindStatus::kSimulated; }
 
+bool are_comparable(const KindInventory &before, const KindInventory &after) {
+  return before.has_data() && after.has_data() && is_simulated(before) == is_simulated(after);
+}
+
+// What a damaged file holds, by which a change for the worse shows. Its error would not do: that may name a place.
+std::array<std::optional<uint64_t>, 3> figures_of(const KindInventory &inventory) {
+  if (inventory.status != KindStatus::kDamaged || !inventory.store) return {};
+  return {inventory.store->announced, inventory.store->records, inventory.store->left_over};
+}
+
 ShownValue state_of(const KindInventory &inventory) {
   return {inventory.state ? state_text(inventory) : kNothing, inventory.state};
 }
@@ -129,22 +140,22 @@ const char *word_for(ChangeType type) {
   return "";
 }
 
-std::vector<Change> status_changes(const KindInventory &before, const KindInventory &after) {
-  if (before.status == after.status) return {};  // its error may name another place
+std::vector<Change> status_changes(const KindInventory &before, const KindInventory &before_with_data,
+                                   const KindInventory &after) {
   Change change{.type = ChangeType::kStatus, .kind = after.kind};
-  note(change.fields, {.name = "status", .before = {word_for(before.status)}, .after = {word_for(after.status)}});
-  note(change.fields, {.name = "error", .before = error_of(before), .after = error_of(after)});
-  note(change.fields, {.name = "devices", .before = count_of(before), .after = count_of(after)});
-  return {change};
+  if (before.status != after.status || figures_of(before) != figures_of(after)) {
+    note(change.fields, {.name = "status", .before = {word_for(before.status)}, .after = {word_for(after.status)}});
+    note(change.fields, {.name = "error", .before = error_of(before), .after = error_of(after)});
+    note(change.fields, {.name = "devices", .before = count_of(before), .after = count_of(after)});
+  }
+  if (are_comparable(before_with_data, after))
+    note(change.fields, {.name = "state", .before = state_of(before_with_data), .after = state_of(after)});
+  return change.fields.empty() ? std::vector<Change>() : std::vector<Change>{change};
 }
 
 std::vector<Change> data_changes(const KindInventory &before, const KindInventory &after) {
-  if (!before.has_data() || !after.has_data() || is_simulated(before) != is_simulated(after)) return {};
+  if (!are_comparable(before, after)) return {};
   std::vector<Change> changes;
-  Change of_state{.type = ChangeType::kStatus, .kind = after.kind};
-  note(of_state.fields, {.name = "state", .before = state_of(before), .after = state_of(after)});
-  if (!of_state.fields.empty()) changes.push_back(std::move(of_state));
-
   Pairing pairing(after);
   for (size_t i = 0; i < before.size(); ++i) {
     const Device device = before.device(i);
@@ -157,6 +168,25 @@ std::vector<Change> data_changes(const KindInventory &before, const KindInventor
     if (pairing.is_left(i) && before.status != KindStatus::kDamaged)
       changes.push_back({ChangeType::kCame, after.kind, after.device(i)});
   return changes;
+}
+
+KindInventory remembered(const KindInventory &known, const KindInventory &look) {
+  if (!look.has_data()) return known;
+  if (look.status != KindStatus::kDamaged || !are_comparable(known, look)) return look;
+  KindInventory all(*look.kind);
+  all.status = known.status;
+  all.state = look.state;
+  const auto add = [&](const Device &device) {
+    all.records.insert(all.records.end(), device.record().begin(), device.record().end());
+  };
+  Pairing pairing(look);
+  for (size_t i = 0; i < known.size(); ++i) {
+    const Device device = known.device(i);
+    add(pairing.take(device.identity()).value_or(device));
+  }
+  for (size_t i = 0; i < look.size(); ++i)
+    if (pairing.is_left(i)) add(look.device(i));
+  return all;
 }
 
 }  // namespace mcstore

@@ -43,12 +43,18 @@ struct Change {
 // "came", "went", "changed" or "status".
 const char *word_for(ChangeType type);
 
-// What is known of the kind, where that changed: whether it can be read, why not, and how many devices there are.
-std::vector<Change> status_changes(const KindInventory &before, const KindInventory &after);
+// What is known of the kind, where that changed: whether it can be read, why not, how many devices there are, and the
+// subsystem's state. That is compared with the last look that had data, which may be an earlier one.
+std::vector<Change> status_changes(const KindInventory &before, const KindInventory &before_with_data,
+                                   const KindInventory &after);
 
-// The subsystem's state and the devices, where both looks have data: what could not be seen is not gone. Nor is what a
-// damaged file lacks, and what such a file lacked before has not come. Devices are told apart by their identity; those
-// that have the same one are paired in their order.
+// The devices, where both looks have data: what could not be seen is not gone. Nor is what a damaged file lacks, and
+// what such a file lacked before has not come. Devices are told apart by their identity; those that have the same one
+// are paired in their order.
 std::vector<Change> data_changes(const KindInventory &before, const KindInventory &after);
+
+// What later looks are compared with, after one more: a look without data changes nothing, and a damaged one lacks
+// devices that are still known as they were.
+KindInventory remembered(const KindInventory &known, const KindInventory &look);
 
 }  // namespace mcstore

@@ -3,6 +3,7 @@
 #include <fmt/core.h>
 
 #include <algorithm>
+#include <cctype>
 #include <pugixml.hpp>
 
 namespace mcstore {
@@ -52,6 +53,40 @@ std::string element_contradiction(const Kind &kind, const pugi::xml_node &elemen
   return {};
 }
 
+// Is it what stands between the '&' and the ';' of a reference to a character?
+bool is_reference(std::string_view name) {
+  constexpr std::string_view kNames[] = {"amp", "lt", "gt", "quot", "apos"};
+  if (!name.starts_with('#')) return std::ranges::count(kNames, name) > 0;
+  const bool is_hexadecimal = name.starts_with("#x");
+  const std::string_view digits = name.substr(is_hexadecimal ? 2 : 1);
+  const auto is_digit = [&](unsigned char c) { return is_hexadecimal ? isxdigit(c) != 0 : isdigit(c) != 0; };
+  return !digits.empty() && std::ranges::all_of(digits, is_digit);
+}
+
+bool begins_reference(std::string_view text) {
+  const size_t end = text.find(';');
+  return end != text.npos && is_reference(text.substr(1, end - 1));
+}
+
+// The library is lenient: it takes what is not allowed in the value of an attribute for a part of the text.
+std::string markup_in_value(std::string_view reply) {
+  bool is_in_tag = false;
+  char quote = 0;  // the one that the value ends with; none outside of values
+  for (size_t at = 0; at < reply.size(); ++at) {
+    const char c = reply[at];
+    if (quote && c == '<') return fmt::format("'<' in a value at byte {}", at);
+    if (quote && c == '&' && !begins_reference(reply.substr(at)))
+      return fmt::format("'&' that begins no reference at byte {}", at);
+    if (quote)
+      quote = c == quote ? '\0' : quote;
+    else if (is_in_tag && (c == '"' || c == '\''))
+      quote = c;
+    else if (c == '<' || c == '>')
+      is_in_tag = c == '<';
+  }
+  return {};
+}
+
 }  // namespace
 
 std::string contradiction(const Kind &kind, std::string_view reply, Record records) {
@@ -59,11 +94,13 @@ std::string contradiction(const Kind &kind, std::string_view reply, Record recor
   const pugi::xml_parse_result result =
       document.load_buffer(reply.data(), reply.size(), pugi::parse_default | pugi::parse_fragment, pugi::encoding_utf8);
   if (!result) return fmt::format("it is not well-formed: {} at byte {}", result.description(), result.offset);
+  if (const std::string markup = markup_in_value(reply); !markup.empty())
+    return fmt::format("it is not well-formed: {}", markup);
 
   size_t at = 0;
   for (pugi::xml_node element = document.first_child().next_sibling(); element; element = element.next_sibling()) {
     if (at == records.size()) return "it has more elements than there are devices";
-    const std::string problem = element_contradiction(kind, element, records.subspan(at, kind.record_size));
+    std::string problem = element_contradiction(kind, element, records.subspan(at, kind.record_size));
     if (!problem.empty()) return problem;
     at += kind.record_size;
   }

@@ -1,6 +1,7 @@
 #include "mcstore/views/columns.h"
 
 #include <algorithm>
+#include <iterator>
 #include <span>
 
 #include "mcstore/kinds/nearest.h"
@@ -98,9 +99,16 @@ std::vector<Column> all_columns(const Kind &kind) {
 }
 
 std::optional<Column> find_column(const Kind &kind, std::string_view word) {
-  for (const std::vector<Column> &columns : {chosen_columns(kind), every_column(kind)})
+  std::vector<Column> columns = chosen_columns(kind);
+  std::ranges::move(every_column(kind), std::back_inserter(columns));
+  constexpr bool (*kFits[])(const Column &, std::string_view) = {
+      [](const Column &column, std::string_view name) { return column.heading == name; },
+      [](const Column &column, std::string_view name) { return equal_but_for_case(column.name, name); },
+      [](const Column &column, std::string_view name) { return equal_but_for_case(column.heading, name); },
+  };
+  for (const auto fits : kFits)
     for (const Column &column : columns)
-      if (equal_but_for_case(column.heading, word) || equal_but_for_case(column.name, word)) return column;
+      if (fits(column, word)) return column;
   return {};
 }
 

@@ -30,7 +30,8 @@ std::vector<Column> every_column(const Kind &kind);
 // The same without those that are too wide for a table: bytes and arrays.
 std::vector<Column> all_columns(const Kind &kind);
 
-// The column of this heading or name, whatever its case.
+// The column of this heading or name, whatever its case. Where a word is the heading of one column and the name of
+// another, it is the heading as it is shown, in capitals, and the name otherwise.
 std::optional<Column> find_column(const Kind &kind, std::string_view word);
 
 // Is it read from right to left, as a number is?

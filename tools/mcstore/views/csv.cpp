@@ -1,6 +1,7 @@
 #include "mcstore/views/csv.h"
 
 #include "mcstore/kinds/printable.h"
+#include "mcstore/kinds/utf8.h"
 #include "mcstore/views/machine_text.h"
 
 namespace mcstore {
@@ -15,10 +16,26 @@ std::string quoted(const std::string &value) {
   return result + '"';
 }
 
+bool is_control(char32_t character) { return character < 0x20 || (character >= 0x7F && character < 0xA0); }
+
+std::string escaped_text(std::string_view text) {
+  std::string result;
+  while (!text.empty()) {
+    const Utf8Character character = first_character(text);
+    const std::string_view bytes = text.substr(0, character.length);
+    if (!character.code || is_control(*character.code) || is_deceptive(*character.code))
+      result += escaped(bytes);
+    else
+      result += bytes == "\\" ? "\\\\" : bytes;
+    text.remove_prefix(bytes.size());
+  }
+  return result;
+}
+
 // A text, which might be anything.
 std::string csv_text(std::string_view text) {
   const bool looks_like_formula = !text.empty() && std::string_view("=+-@").find(text[0]) != std::string_view::npos;
-  return quoted((looks_like_formula ? "'" : "") + printable(text));
+  return quoted((looks_like_formula ? "'" : "") + escaped_text(text));
 }
 
 std::string csv_value(const Column &column, const Device &device, Health health) {

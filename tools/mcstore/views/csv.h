@@ -12,9 +12,10 @@ namespace mcstore {
 // The line with the columns' names.
 std::string csv_header(const std::vector<Column> &columns);
 
-// The line of a device. Texts are made printable, as for people: valid UTF-8 stays as it is where the locale has it,
-// and nothing in a text can disturb a terminal or begin a line. One that a spreadsheet would take for a formula has an
-// apostrophe in front.
+// The line of a device. Texts are the same in every locale: UTF-8 stays as it is, but control characters, deceptive
+// ones and bytes that are no character become \x1b and the like, so that nothing disturbs a terminal or begins a line.
+// A backslash of the text itself is doubled. One that a spreadsheet would take for a formula has an apostrophe in
+// front.
 std::string csv_line(const Device &device, Health health, const std::vector<Column> &columns);
 
 }  // namespace mcstore

@@ -55,6 +55,7 @@ void Table::add_line(const std::vector<Cell> &cells) {
 }
 
 std::string Table::text() const {
+  if (scols_table_get_ncols(table_.get()) == 0) return {};  // which the library does not print
   char *data = nullptr;
   require(scols_print_table_to_string(table_.get(), &data) == 0);
   const std::unique_ptr<char, void (*)(void *)> owned(data, free);
