@@ -25,7 +25,7 @@ int answer(const CLI::App &app, const CLI::Success &request) {
   return exit_code;
 }
 
-int run(CLI::App &app, int argc, char **argv) {
+int parse_and_act(CLI::App &app, int argc, char **argv) {
   app.require_subcommand(1);
   app.set_version_flag("--version", "mcstore " MCSTORE_VERSION);
   app.footer(
@@ -46,15 +46,23 @@ int run(CLI::App &app, int argc, char **argv) {
   return action();
 }
 
+int run(int argc, char **argv) {
+  CLI::App app("Shows the storage inventory of a server, as the plug-in libmcserver_storage.so reports it.", "mcstore");
+  try {
+    return parse_and_act(app, argc, argv);
+  } catch (const std::exception &error) {
+    return fail(reason(error), kFailure, command_in(app, argc, argv));
+  }
+}
+
 }  // namespace
 }  // namespace mcstore
 
 int main(int argc, char **argv) {
   setlocale(LC_CTYPE, "");  // decides which characters can be shown
-  CLI::App app("Shows the storage inventory of a server, as the plug-in libmcserver_storage.so reports it.", "mcstore");
   try {
-    return mcstore::run(app, argc, argv);
-  } catch (const std::exception &error) {
-    return mcstore::fail(mcstore::reason(error), mcstore::kFailure, mcstore::command_in(app, argc, argv));
+    return mcstore::run(argc, argv);
+  } catch (const std::exception &) {  // there is not even memory for a message
+    return mcstore::kFailure;
   }
 }

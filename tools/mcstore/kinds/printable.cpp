@@ -10,23 +10,23 @@ namespace {
 
 constexpr char kDigits[] = "0123456789abcdef";
 
-struct Range {
+struct CodePoints {
   char32_t first;
   char32_t last;
 };
 
 // Marks that change the direction of writing or the form of their neighbours, and characters without anything to see.
-constexpr Range kDeceptive[] = {
+constexpr CodePoints kDeceptive[] = {
     {0x00AD, 0x00AD}, {0x034F, 0x034F}, {0x061C, 0x061C}, {0x115F, 0x1160}, {0x17B4, 0x17B5},
     {0x180B, 0x180F}, {0x200B, 0x200F}, {0x2028, 0x202E}, {0x2060, 0x206F}, {0x2800, 0x2800},
     {0x3164, 0x3164}, {0xFE00, 0xFE0F}, {0xFEFF, 0xFEFF}, {0xFFA0, 0xFFA0}, {0xE0000, 0x10FFFF},
 };
-static_assert(std::ranges::is_sorted(kDeceptive, {}, &Range::first));
+static_assert(std::ranges::is_sorted(kDeceptive, {}, &CodePoints::first));
 
 }  // namespace
 
 bool is_deceptive(char32_t character) {
-  const auto range = std::ranges::lower_bound(kDeceptive, character, {}, &Range::last);
+  const auto range = std::ranges::lower_bound(kDeceptive, character, {}, &CodePoints::last);
   return range != std::end(kDeceptive) && range->first <= character;
 }
 
