@@ -19,46 +19,44 @@ void PrintTo(Growth growth, std::ostream *out) {
   *out << kNames[static_cast<size_t>(growth)];
 }
 
-HostReplyBuffer::HostReplyBuffer(uint32_t size, std::vector<Growth> growth)
-    : growth_(std::move(growth)),
-      block_(new uint8_t[std::max(size, kRoomInPlace)]),
-      current_(block_.get()),
-      size_(size) {
-  memset(current_, kUntouched, size);
-  ASAN_POISON_MEMORY_REGION(current_ + size, std::max(size, kRoomInPlace) - size);
+HostReplyBuffer::HostReplyBuffer(uint32_t size, std::vector<Growth> growth, uint32_t most)
+    : growth_(std::move(growth)), most_(most) {
+  replace(size, kUntouched);
 }
 
 uint8_t *HostReplyBuffer::grow(uint32_t size, uint32_t *available) {
-  const Growth growth = growth_[std::min(requests_.size(), growth_.size() - 1)];
+  const Growth growth = size > most_ ? Growth::kRefuse : growth_[std::min(requests_.size(), growth_.size() - 1)];
   requests_.push_back(size);
   switch (growth) {
     case Growth::kInPlace:
       grow_in_place(size);
       break;
     case Growth::kMove:
-      replace(size);
+      replace(size, kUntouchedAfterGrowth);
       break;
     case Growth::kRefuse:
       break;
     case Growth::kGrantLess:
-      replace(size - 1);
+      replace(size - 1, kUntouchedAfterGrowth);
       break;
     case Growth::kNull:
       *available = size;
       return nullptr;
     case Growth::kSayNothing:
-      replace(size);
+      replace(size, kUntouchedAfterGrowth);
       return current_;
   }
   *available = size_;
   return current_;
 }
 
-void HostReplyBuffer::replace(uint32_t size) {
-  block_.reset(new uint8_t[size]);
+void HostReplyBuffer::replace(uint32_t size, uint8_t fill) {
+  const uint32_t room = std::max(size, kRoomInPlace);
+  block_.reset(new uint8_t[room]);
   current_ = block_.get();
   size_ = size;
-  memset(current_, kUntouchedAfterGrowth, size);
+  memset(current_, fill, size);
+  ASAN_POISON_MEMORY_REGION(current_ + size, room - size);
 }
 
 void HostReplyBuffer::grow_in_place(uint32_t size) {

@@ -28,8 +28,9 @@ inline constexpr uint8_t kUntouchedAfterGrowth = 0x5A;
 
 class HostReplyBuffer : public host::ReplyOwner {
  public:
-  // `growth` tells what becomes of each request, the last one of all that follow.
-  HostReplyBuffer(uint32_t size, std::vector<Growth> growth);
+  // `growth` tells what becomes of each request, the last one of all that follow. What asks for more than `most` is
+  // refused.
+  HostReplyBuffer(uint32_t size, std::vector<Growth> growth, uint32_t most = UINT32_MAX);
 
   uint8_t *grow(uint32_t size, uint32_t *available) override;
 
@@ -38,14 +39,15 @@ class HostReplyBuffer : public host::ReplyOwner {
   const std::vector<uint32_t> &requests() const { return requests_; }
 
  private:
-  void replace(uint32_t size);
+  void replace(uint32_t size, uint8_t fill);
   void grow_in_place(uint32_t size);
 
   std::vector<Growth> growth_;
+  const uint32_t most_;
   std::vector<uint32_t> requests_;
   std::unique_ptr<uint8_t[]> block_;
-  uint8_t *current_;
-  uint32_t size_;
+  uint8_t *current_ = nullptr;
+  uint32_t size_ = 0;
 };
 
 }  // namespace tests

@@ -1,4 +1,4 @@
-#include "host/plugin_test.h"
+#include "host/watched_host.h"
 
 #include <filesystem>
 #include <iterator>
@@ -16,58 +16,62 @@ auto open_descriptors() {
 
 }  // namespace
 
-PluginTest::PluginTest() : trace_stream_(tmpfile()) {
+WatchedHost::WatchedHost() : trace_stream_(tmpfile()) {
   mc_debug_level = 0;
   use_cmclog = 0;
   outfp = trace_stream_;
   load();
 }
 
-PluginTest::~PluginTest() {
+WatchedHost::~WatchedHost() {
   unload();
   outfp = nullptr;
   fclose(trace_stream_);
 }
 
-void PluginTest::load() { plugin_.emplace(PLUGIN_PATH); }
+void WatchedHost::load() { plugin_.emplace(PLUGIN_PATH); }
 
-Reply PluginTest::call(const std::string &entry_point, const CallOptions &options) {
+Reply WatchedHost::call(const std::string &entry_point, const CallOptions &options) {
   auto *const function = plugin_->function<host::EntryPoint>(entry_point);
-  HostReplyBuffer buffer(options.size, options.growth);
+  HostReplyBuffer buffer(options.size, options.growth, options.most);
   Reply reply{.status = 0, .length = kUnwrittenLength, .buffer = {}, .requests = {}};
   const auto descriptors = open_descriptors();
 
   {
     const host::PluginScope scope(*this);
-    reply.status = function(static_cast<host::ReplyOwner *>(&buffer), buffer.bytes(), buffer.size(), &reply.length);
+    reply.status = function(static_cast<host::ReplyOwner *>(&buffer), options.null_buffer ? nullptr : buffer.bytes(),
+                            buffer.size(), &reply.length);
   }
 
-  EXPECT_EQ(open_descriptors(), descriptors) << entry_point << " left a descriptor open";
+  if (open_descriptors() != descriptors) complain(entry_point + " left a descriptor open");
   for (const char *path : kLockFiles)
-    EXPECT_TRUE(files.is_unlocked(path)) << entry_point << " left " << path << " locked";
+    if (!files.is_unlocked(path)) complain(entry_point + " left " + path + " locked");
   reply.buffer = Bytes(std::vector<uint8_t>(buffer.bytes(), buffer.bytes() + buffer.size()));
   reply.requests = buffer.requests();
   return reply;
 }
 
-void PluginTest::inject(const std::string &function, int nth, host::Verdict verdict) {
+void WatchedHost::inject(const std::string &function, int nth, host::Verdict verdict) {
   faults_.push_back({function, nth, verdict});
 }
 
-void PluginTest::before_call(const std::string &function, int nth, std::function<void()> action) {
+void WatchedHost::before_call(const std::string &function, int nth, std::function<void()> action) {
   hooks_.push_back({function, nth, false, std::move(action)});
 }
 
-void PluginTest::before_calls_from(const std::string &function, int nth, std::function<void()> action) {
+void WatchedHost::before_calls_from(const std::string &function, int nth, std::function<void()> action) {
   hooks_.push_back({function, nth, true, std::move(action)});
 }
 
-host::Verdict PluginTest::before(const std::string &function, const std::string &detail) {
+void WatchedHost::forget_faults() {
+  faults_.clear();
+  hooks_.clear();
+}
+
+host::Verdict WatchedHost::before(const std::string &function, const std::string &detail) {
   std::string &call = calls_.emplace_back(function);
   if (!detail.empty()) call.append(" ").append(detail);
-  if (function.ends_with("_s")) {
-    EXPECT_EQ(call.find(" of "), call.npos) << call;
-  }
+  if (function.ends_with("_s") && call.find(" of ") != call.npos) complain(call);
   for (Hook &hook : hooks_)
     if (hook.function == function && (--hook.calls_to_go == 0 || (hook.again && hook.calls_to_go < 0))) hook.action();
 
@@ -79,14 +83,14 @@ host::Verdict PluginTest::before(const std::string &function, const std::string 
   return verdict;
 }
 
-void PluginTest::on_syslog(int priority, const std::string &line) {
-  EXPECT_EQ(priority, 6) << line;
+void WatchedHost::on_syslog(int priority, const std::string &line) {
+  if (priority != 6) complain("priority " + std::to_string(priority) + " of: " + line);
   system_log_.push_back(line);
 }
 
-void PluginTest::trace_at(int32_t level) { mc_debug_level = level; }
+void WatchedHost::trace_at(int32_t level) { mc_debug_level = level; }
 
-std::string PluginTest::trace() {
+std::string WatchedHost::trace() {
   std::string text;
   fseek(trace_stream_, trace_read_, SEEK_SET);
   for (int c = fgetc(trace_stream_); c != EOF; c = fgetc(trace_stream_)) text += static_cast<char>(c);
@@ -95,6 +99,6 @@ std::string PluginTest::trace() {
   return text;
 }
 
-std::vector<std::string> PluginTest::system_log() { return std::exchange(system_log_, {}); }
+std::vector<std::string> WatchedHost::system_log() { return std::exchange(system_log_, {}); }
 
 }  // namespace tests
