@@ -1,0 +1,254 @@
+#include "model/history.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <filesystem>
+#include <set>
+#include <sstream>
+
+#include "host/watched_host.h"
+
+namespace model {
+namespace {
+
+using tests::Bytes;
+using tests::CallOptions;
+using tests::Growth;
+using tests::HostReplyBuffer;
+using tests::Reply;
+
+constexpr uint32_t kMostSteps = 12;
+constexpr uint32_t kMostOfAHost = 1u << 20;  // a host has no more room than that
+
+struct Call {
+  std::string entry_point;
+  CallOptions options;
+};
+
+// The plug-in's machine.
+class Machine : public tests::WatchedHost {
+ public:
+  std::string complaints() { return std::exchange(complaints_, {}); }
+
+  void plant(const std::vector<Fault> &faults) {
+    forget_faults();
+    for (const Fault &fault : faults) {
+      const host::Verdict verdict = {.fails = true, .error = fault.error};
+      if (fault.fails_on)
+        before_calls_from(fault.function, fault.nth, [=, this] { inject(fault.function, 1, verdict); });
+      else
+        inject(fault.function, fault.nth, verdict);
+    }
+  }
+
+ private:
+  void complain(const std::string &what) override { complaints_ += what + "\n"; }
+
+  std::string complaints_;
+};
+
+// Lines of 16 bytes without those that are all zeros.
+std::string summary(const Bytes &content) {
+  std::ostringstream text;
+  text << content.size() << " bytes";
+  for (size_t offset = 0; offset < content.size(); offset += 16) {
+    const Bytes line = content.slice(offset, std::min<size_t>(16, content.size() - offset));
+    if (line == Bytes::repeated(line.size(), 0)) continue;
+    text << printed("\n    %04zx:", offset);
+    for (size_t i = 0; i < line.size(); ++i) text << printed(" %02x", line[i]);
+  }
+  return text.str();
+}
+
+class History {
+ public:
+  History(const Kind &kind, Choices &choices) : kind_(kind), choices_(choices), model_(kind.model(world_)) {
+    trace_stream_ = outfp;
+  }
+
+  Finding live() {
+    // The lock file and the store file, so that the simplest history is one with a reply.
+    for (const ChangingFile &file : kind_.files) write(file);
+    for (uint32_t step = 0; step < kMostSteps && differences_.empty(); ++step) {
+      if (step > 0 && choices_.below(6) == 0) break;
+      story_ += "step " + std::to_string(step + 1) + "\n";
+      change_files();
+      change_settings();
+      plant_faults();
+      compare(next_call());
+    }
+    outfp = trace_stream_;
+    return {differences_, story_};
+  }
+
+ private:
+  // ------------------------------------------------------------------------------------- what happens
+
+  void change_files() {
+    for (const ChangingFile &file : kind_.files) {
+      if (choices_.one_in(2)) write(file);
+      if (choices_.one_in(20)) remove(file.path);
+    }
+    for (const std::string &marker : kind_.markers) {
+      if (!choices_.one_in(4)) continue;
+      if (world_.files.contains(marker))
+        remove(marker);
+      else
+        put(marker, {.content = {}, .modified = 0, .is_directory = choices_.one_in(4)});
+    }
+  }
+
+  // Most files are as the collector writes them, some are not.
+  void write(const ChangingFile &file) {
+    Bytes content = file.content(choices_);
+    if (choices_.one_in(10)) content = content.slice(0, choices_.below(static_cast<uint32_t>(content.size()) + 1));
+    if (choices_.one_in(10)) content += choices_.bytes(choices_.below(600));
+    if (choices_.one_in(10) && content.size() > 0)
+      content.put(choices_.below(static_cast<uint32_t>(content.size())),
+                  tests::little_endian().u8(choices_.below(256)));
+    // The same second as before is as likely as another, and far away ones are there, too.
+    const int64_t modified = choices_.one_in(16)
+                                 ? choices_.one_of<int64_t>({0, -1, 0x7FFFFFFF, 0x80000000, 253402300800})
+                                 : 1000 + choices_.below(4);
+    put(file.path, {.content = content, .modified = modified, .is_directory = false});
+  }
+
+  void put(const std::string &path, const File &file) {
+    machine_.files.remove(path);
+    world_.files[path] = file;
+    if (file.is_directory)
+      std::filesystem::create_directories(machine_.files.real(path));
+    else
+      machine_.files.write(path, file.content, file.modified);
+    story_ += "  write " + path + ", time " + std::to_string(file.modified) + ", " +
+              (file.is_directory ? "a directory" : summary(file.content)) + "\n";
+  }
+
+  void remove(const std::string &path) {
+    if (world_.files.erase(path) == 0) return;
+    machine_.files.remove(path);
+    story_ += "  remove " + path + "\n";
+  }
+
+  void change_settings() {
+    world_.trace_level = choices_.one_of({3, 2, 9, -1});
+    world_.uses_cmclog = choices_.one_in(10);
+    world_.has_trace_stream = !choices_.one_in(10);
+    machine_.trace_at(world_.trace_level);
+    use_cmclog = world_.uses_cmclog ? 1 : 0;
+    outfp = world_.has_trace_stream ? trace_stream_ : nullptr;
+    story_ += printed("  mc_debug_level %d, use_cmclog %d, %s\n", world_.trace_level, use_cmclog,
+                      outfp ? "a trace stream" : "no trace stream");
+  }
+
+  void plant_faults() {
+    world_.faults.clear();
+    if (!kind_.faults.empty() && choices_.one_in(4)) {
+      Fault fault = kind_.faults[choices_.below(static_cast<uint32_t>(kind_.faults.size()))];
+      fault.nth = 1 + static_cast<int>(choices_.below(static_cast<uint32_t>(fault.nth)));
+      fault.fails_on = choices_.one_in(3);
+      world_.faults.push_back(fault);
+      story_ += printed("  %s fails %s call %d with %s\n", fault.function.c_str(), fault.fails_on ? "from" : "in",
+                        fault.nth, strerror(fault.error));
+    }
+    machine_.plant(world_.faults);
+  }
+
+  Call next_call() {
+    CallOptions options = {.growth = {growth(), growth()}, .most = kMostOfAHost};
+    const bool needs_room = world_.files.contains(kind_.overrunning);
+    if (choices_.one_in(3) && !needs_room) options.size = choices_.below(choices_.one_of({32, 2000, 40000}));
+    options.null_buffer = choices_.one_in(40);
+    Call call = {kind_.entry_points[choices_.below(static_cast<uint32_t>(kind_.entry_points.size()))], options};
+    std::ostringstream about;
+    about << "  call " << call.entry_point << " with " << options.size << " bytes"
+          << (options.null_buffer ? ", null" : "") << "; growth:";
+    for (const Growth growth : options.growth) PrintTo(growth, &(about << " "));
+    story_ += about.str() + "\n";
+    return call;
+  }
+
+  Growth growth() {
+    return choices_.one_of(
+        {Growth::kInPlace, Growth::kMove, Growth::kRefuse, Growth::kGrantLess, Growth::kNull, Growth::kSayNothing});
+  }
+
+  // ------------------------------------------------------------------------------------- what comes of it
+
+  void compare(const Call &call) {
+    const Reply expected = expected_of(call);
+    const Reply actual = machine_.call(call.entry_point, call.options);
+
+    differ("what no call may do", std::string(), machine_.complaints());
+    differ("the result", expected.status, actual.status);
+    differ("the length", expected.length, actual.length);
+    differ("the sizes asked for", expected.requests, actual.requests);
+    differ("the buffer", expected.buffer, actual.buffer);
+    differ("the trace", world_.traced, machine_.trace());
+    differ("the system log", world_.logged, machine_.system_log());
+    compare_files();
+  }
+
+  Reply expected_of(const Call &call) {
+    HostReplyBuffer buffer(call.options.size, call.options.growth, call.options.most);
+    Reply reply{.status = 0, .length = tests::kUnwrittenLength, .buffer = {}, .requests = {}};
+    world_.begin_call();
+    reply.status = model_->call(call.entry_point, call.options.null_buffer ? nullptr : &buffer, &reply.length);
+    reply.buffer = Bytes(std::vector<uint8_t>(buffer.bytes(), buffer.bytes() + buffer.size()));
+    reply.requests = buffer.requests();
+    return reply;
+  }
+
+  void compare_files() {
+    std::set<std::string> paths;
+    const std::string root = machine_.files.real("");
+    for (const auto &entry : std::filesystem::recursive_directory_iterator(root))
+      if (entry.is_regular_file()) paths.insert(entry.path().string().substr(root.size()));
+    for (const auto &[path, file] : world_.files)
+      if (!file.is_directory) paths.insert(path);
+    for (const std::string &path : paths) {
+      const auto file = world_.files.find(path);
+      const Bytes content = file == world_.files.end() ? Bytes() : file->second.content;
+      differ(path, std::string(content.data(), content.data() + content.size()), machine_.files.read(path));
+    }
+  }
+
+  template <typename Value>
+  void differ(const std::string &what, const Value &expected, const Value &actual) {
+    if (expected == actual) return;
+    differences_ +=
+        what + " should be " + testing::PrintToString(expected) + "\nand is " + testing::PrintToString(actual) + "\n";
+  }
+
+  // Of long bytes, what is around the first difference.
+  void differ(const std::string &what, const Bytes &expected, const Bytes &actual) {
+    if (expected == actual) return;
+    size_t first = 0;
+    while (first < expected.size() && first < actual.size() && expected[first] == actual[first]) ++first;
+    const auto around = [first](const Bytes &bytes) {
+      return bytes.slice(std::min(first, bytes.size()),
+                         std::min<size_t>(32, bytes.size() - std::min(first, bytes.size())));
+    };
+    differ(what + "'s size", expected.size(), actual.size());
+    differ(what + " from byte " + std::to_string(first), testing::PrintToString(around(expected)),
+           testing::PrintToString(around(actual)));
+  }
+
+  const Kind &kind_;
+  Choices &choices_;
+  Machine machine_;
+  World world_;
+  std::unique_ptr<Model> model_;
+  FILE *trace_stream_;
+  std::string differences_;
+  std::string story_;
+};
+
+}  // namespace
+
+void PrintTo(const Kind &kind, std::ostream *out) { *out << kind.name; }
+
+Finding live_through(const Kind &kind, Choices &choices) { return History(kind, choices).live(); }
+
+}  // namespace model
