@@ -1,0 +1,63 @@
+#include "race/caller.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <iterator>
+#include <utility>
+
+namespace tests {
+namespace {
+
+constexpr uint32_t kGuardSize = 4096;
+constexpr uint8_t kGuard = 0xC3;
+
+}  // namespace
+
+uint8_t *GuardedBuffer::grow(uint32_t size, uint32_t *available) {
+  if (size > size_ && size <= limit_) replace(size);
+  *available = size_;
+  return bytes_.data();
+}
+
+bool GuardedBuffer::is_intact() const {
+  return std::all_of(bytes_.begin() + size_, bytes_.end(), [](uint8_t byte) { return byte == kGuard; });
+}
+
+void GuardedBuffer::replace(uint32_t size) {
+  bytes_.assign(size, kUnwritten);
+  bytes_.insert(bytes_.end(), kGuardSize, kGuard);
+  size_ = size;
+}
+
+Answer Caller::call(const std::string &entry_point, uint32_t size, uint32_t limit) {
+  auto *const function = plugin_.function<host::EntryPoint>(entry_point);
+  GuardedBuffer buffer(size, limit);
+  Answer answer{.status = 0, .length = 0, .bytes = {}, .buffer_size = 0};
+
+  {
+    const host::PluginScope scope(*this);
+    answer.status = function(static_cast<host::ReplyOwner *>(&buffer), buffer.bytes(), buffer.size(), &answer.length);
+  }
+
+  EXPECT_TRUE(buffer.is_intact()) << entry_point << " wrote behind the end of the buffer";
+  EXPECT_LE(answer.length, buffer.size()) << entry_point;
+  answer.buffer_size = buffer.size();
+  const uint32_t readable = std::min(answer.length, buffer.size());
+  answer.bytes = Bytes(std::vector<uint8_t>(buffer.bytes(), buffer.bytes() + readable));
+  return answer;
+}
+
+std::vector<std::string> Caller::system_log() { return std::exchange(system_log_, {}); }
+
+std::optional<std::string> Caller::resolve(const char *, const std::string &path) { return files_.real(path); }
+
+void Caller::log(int, const std::string &line) { system_log_.push_back(line); }
+
+long open_descriptors() {
+  const std::filesystem::directory_iterator descriptors("/proc/self/fd");
+  return std::distance(begin(descriptors), end(descriptors));
+}
+
+}  // namespace tests
