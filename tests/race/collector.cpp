@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <filesystem>
 #include <stdexcept>
 
 #include "race/kinds.h"
@@ -46,6 +47,7 @@ size_t below(Random &random, size_t limit) {
 
 Collector::Collector(const StoreDirectory &files, std::span<const Kind> family, unsigned seed)
     : files_(files), family_(family), random_(seed) {
+  std::filesystem::create_directories(files.real("/var"));
   write_next();
   thread_ = std::thread([this] { run(); });
 }
@@ -102,6 +104,7 @@ void Collector::write_torn(int fd, const Bytes &content) {
 // -------------------------------------------------------------------------------------------------- without the lock
 
 LawlessCollector::LawlessCollector(const StoreDirectory &files, const Kind &kind, unsigned seed)
+
     : random_(seed), kind_(kind), fd_(open_to_write(files, kind.store)) {
   change_something();
   thread_ = std::thread([this] {
@@ -116,11 +119,12 @@ LawlessCollector::~LawlessCollector() {
 }
 
 void LawlessCollector::change_something() {
+  constexpr size_t kGenerations = 40;  // in whose stamps there is no byte of an unwritten buffer
   const size_t size = static_cast<size_t>(lseek(fd_, 0, SEEK_END));
   switch (below(random_, 8)) {
-    case 0: {  // a whole inventory, which may well be torn by what follows
-      const Bytes content = store_file(kind_, generation(static_cast<uint32_t>(1 + below(random_, 1000))));
-      write_at(fd_, content.data(), content.size(), 0);
+    case 0: {  // a whole inventory, as far as it goes, which may well be torn by what follows
+      const Bytes content = store_file(kind_, generation(static_cast<uint32_t>(1 + below(random_, kGenerations))));
+      write_at(fd_, content.data(), std::min(content.size(), kMostBytes), 0);
       break;
     }
     case 1:
@@ -131,7 +135,7 @@ void LawlessCollector::change_something() {
       break;
     case 3:
     case 4: {  // letters, which are no state, no text of XML and nothing that a buffer holds unwritten
-      const Bytes more = Bytes::repeated(1 + below(random_, 8000), static_cast<uint8_t>('a' + below(random_, 26)));
+      const Bytes more = Bytes::repeated(1 + below(random_, 3000), static_cast<uint8_t>('a' + below(random_, 26)));
       if (size + more.size() <= kMostBytes) write_at(fd_, more.data(), more.size(), size);
       break;
     }

@@ -1,11 +1,11 @@
-// What cannot be tried in a process that is emulated.
+// What an emulator may not be able to do. It is tried, not guessed, in a process of its own: it may end that.
 #pragma once
 
 #include <string>
 
 namespace tests {
 
-// Why threads are not to be had here; empty where they are.
+// Why threads are not to be had in this process; empty where they are.
 std::string no_threads();
 
 }  // namespace tests

@@ -18,13 +18,13 @@ class InventoryReader {
   InventoryReader(const Kind &kind, const host::Plugin &plugin, const StoreDirectory &files, const Collector &collector)
       : kind_(kind), caller_(plugin, files), collector_(collector) {}
 
-  // Calls, and expects the answer to be one whole generation, or the difference to the one seen before. A result other
-  // than 0 must be one of `allowed`.
-  int32_t call(Mode mode, std::initializer_list<int32_t> allowed = {});
+  // Calls, and expects the answer to be one whole generation, or the difference to the one seen before. What is left is
+  // that the waiting for the lock was interrupted.
+  void call(Mode mode);
 
   uint64_t generations_seen() const { return generations_seen_; }
-  uint64_t failures() const { return failures_; }
-  void print_figures(const char *race) const;
+  uint64_t refused() const { return refused_; }
+  void print_figures(const std::string &race) const;
 
  private:
   void expect_whole(Mode mode, const Answer &answer, uint32_t earliest, uint32_t latest);
@@ -34,7 +34,7 @@ class InventoryReader {
   const Collector &collector_;
   Generation seen_ = {};
   uint64_t calls_ = 0;
-  uint64_t failures_ = 0;
+  uint64_t refused_ = 0;
   uint64_t generations_seen_ = 0;
 };
 

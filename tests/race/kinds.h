@@ -47,6 +47,7 @@ struct Kind {
   bool remembers_stamps;  // where it does not, a delta tells of every device
   bool tells_gone;
   size_t reply_header_size;
+  size_t count_offset;   // of the records' number in a packed reply, or of its low byte
   size_t record_size;    // in a packed reply; 0 where the reply is XML
   const char *renderer;  // of its XML; null where the reply is packed
   uint8_t ready;         // the states of its subsystem

@@ -51,6 +51,7 @@ class Threads : public testing::Test {
   void SetUp() override {
     if (const std::string why = no_threads(); !why.empty()) GTEST_SKIP() << why;
     for (const char *marker : kMarkers) files_.write_text(marker, "");
+    files_.write_text("/etc/product", "another");  // what is traced without it has no end of line
     for (const Kind &kind : kinds()) files_.write(kind.lock, Bytes().u8(kind.ready));
     outfp = fopen(files_.real(kTraceFile).c_str(), "w");
     mc_debug_level = 9;
