@@ -32,21 +32,27 @@ void GuardedBuffer::replace(uint32_t size) {
 }
 
 Answer Caller::call(const std::string &entry_point, uint32_t size, uint32_t limit) {
-  auto *const function = plugin_.function<host::EntryPoint>(entry_point);
-  GuardedBuffer buffer(size, limit);
-  Answer answer{.status = 0, .length = 0, .bytes = {}, .buffer_size = 0};
+  Call call(*this, entry_point, size, limit);
+  call.make();
+  return call.answer();
+}
 
-  {
-    const host::PluginScope scope(*this);
-    answer.status = function(static_cast<host::ReplyOwner *>(&buffer), buffer.bytes(), buffer.size(), &answer.length);
-  }
+Caller::Call::Call(Caller &caller, const std::string &entry_point, uint32_t size, uint32_t limit)
+    : caller_(caller),
+      entry_point_(entry_point),
+      function_(caller.plugin_.function<host::EntryPoint>(entry_point)),
+      buffer_(size, limit) {}
 
-  EXPECT_TRUE(buffer.is_intact()) << entry_point << " wrote behind the end of the buffer";
-  EXPECT_LE(answer.length, buffer.size()) << entry_point;
-  answer.buffer_size = buffer.size();
-  const uint32_t readable = std::min(answer.length, buffer.size());
-  answer.bytes = Bytes(std::vector<uint8_t>(buffer.bytes(), buffer.bytes() + readable));
-  return answer;
+void Caller::Call::make() {
+  const host::PluginScope scope(caller_);
+  status_ = function_(static_cast<host::ReplyOwner *>(&buffer_), buffer_.bytes(), buffer_.size(), &length_);
+}
+
+Answer Caller::Call::answer() {
+  EXPECT_TRUE(buffer_.is_intact()) << entry_point_ << " wrote behind the end of the buffer";
+  EXPECT_LE(length_, buffer_.size()) << entry_point_;
+  const uint32_t readable = std::min(length_, buffer_.size());
+  return {status_, length_, Bytes(std::vector<uint8_t>(buffer_.bytes(), buffer_.bytes() + readable))};
 }
 
 std::vector<std::string> Caller::system_log() { return std::exchange(system_log_, {}); }

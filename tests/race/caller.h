@@ -36,7 +36,6 @@ struct Answer {
   int32_t status;
   uint32_t length;
   Bytes bytes;  // `length` of them
-  uint32_t buffer_size;
 };
 
 // What fills a buffer before a call.
@@ -46,8 +45,24 @@ class Caller : private host::Redirection {
  public:
   Caller(const host::Plugin &plugin, const StoreDirectory &files) : plugin_(plugin), files_(files) {}
 
-  // A host may grant up to `limit` bytes.
+  // The host may grant up to `limit` bytes.
   Answer call(const std::string &entry_point, uint32_t size = 1 << 17, uint32_t limit = 1 << 24);
+
+  // The same in steps, for what holds only during the call itself.
+  class Call {
+   public:
+    Call(Caller &caller, const std::string &entry_point, uint32_t size, uint32_t limit);
+    void make();
+    Answer answer();
+
+   private:
+    Caller &caller_;
+    const std::string entry_point_;
+    host::EntryPoint *function_;
+    GuardedBuffer buffer_;
+    int32_t status_ = 0;
+    uint32_t length_ = 0;
+  };
 
   // Anything else that the plug-in exports.
   template <typename Function, typename... Arguments>

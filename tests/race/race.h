@@ -3,6 +3,7 @@
 
 #include <deque>
 
+#include "race/chosen_time.h"
 #include "race/collector.h"
 #include "race/inventory_reader.h"
 

@@ -14,8 +14,8 @@
 #include <optional>
 #include <ostream>
 
-#include "race/emulation.h"
 #include "race/race.h"
+#include "race/surroundings.h"
 
 namespace tests {
 namespace {
@@ -88,6 +88,10 @@ class WaitingReader : public testing::TestWithParam<Kind> {
     files_.write(kind().store, store_file(kind(), kNow), kNow.modified());
   }
 
+  void SetUp() override {
+    if (!no_prompt_signals().empty()) GTEST_SKIP() << no_prompt_signals();
+  }
+
   static const Kind &kind() { return GetParam(); }
 
   void expect_all_to_be_free() {
@@ -152,7 +156,8 @@ void PrintTo(const Storm &storm, std::ostream *out) { *out << storm.name; }
 class SignalStorm : public testing::TestWithParam<Storm> {
  protected:
   void SetUp() override {
-    if (const std::string why = no_threads(); !why.empty()) GTEST_SKIP() << why;
+    if (!no_threads().empty()) GTEST_SKIP() << no_threads();
+    if (!no_prompt_signals().empty()) GTEST_SKIP() << no_prompt_signals();
   }
 
   static inline volatile sig_atomic_t signals_;

@@ -18,8 +18,8 @@
 #include "mcserver_storage.h"
 #include "race/caller.h"
 #include "race/chosen_time.h"
-#include "race/emulation.h"
 #include "race/kinds.h"
+#include "race/surroundings.h"
 
 namespace tests {
 namespace {

@@ -6,8 +6,8 @@
 #include <thread>
 #include <vector>
 
-#include "race/emulation.h"
 #include "race/race.h"
+#include "race/surroundings.h"
 
 namespace tests {
 namespace {

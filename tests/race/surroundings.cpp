@@ -1,8 +1,10 @@
-#include "race/emulation.h"
+#include "race/surroundings.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <spawn.h>
+#include <sys/mman.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -15,6 +17,12 @@
 #include <sstream>
 #include <thread>
 #include <vector>
+
+#include "race/limit.h"
+
+// Where a sanitizer is part of the program, it has one of these.
+extern "C" __attribute__((weak)) void __asan_init();
+extern "C" __attribute__((weak)) void __tsan_init();
 
 namespace tests {
 namespace {
@@ -68,6 +76,18 @@ std::string tried() {
 }
 
 }  // namespace
+
+std::string no_prompt_signals() { return __tsan_init ? "the thread sanitizer holds signals back" : ""; }
+
+std::string no_limit_on_memory() {
+  if (__asan_init || __tsan_init) return "a sanitizer needs all the memory that it wants";
+  constexpr size_t kMuch = 1 << 24;
+  const Limit nothing_more(RLIMIT_AS, address_space_in_use());
+  void *const memory = mmap(nullptr, kMuch, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+  if (memory == MAP_FAILED) return "";
+  munmap(memory, kMuch);
+  return "a limit on the address space does nothing here";
+}
 
 std::string no_threads() {
   static const std::string why = tried();
