@@ -23,7 +23,7 @@ void InventoryReader::call(Mode mode) {
 
 void InventoryReader::print_figures(const std::string &race) const {
   printf("%s, %s: %" PRIu64 " calls, %" PRIu64 " generations seen of %u, %" PRIu64 " refused\n", race.c_str(),
-         kind_.name, calls_, generations_seen(), collector_.finished(), refused_);
+         kind_.name, calls_, follower_.generations_seen(), collector_.finished(), refused_);
 }
 
 }  // namespace tests

@@ -69,13 +69,14 @@ class Lawless : public testing::TestWithParam<Kind> {
 };
 
 TEST_P(Lawless, CollectorGetsAnAnswerOrARefusalAndNothingIsKept) {
+  constexpr uint64_t kFewestAnswers = 100;  // however slow the machine is
   Caller caller(plugin_, files_);
   std::map<int32_t, uint64_t> results;
   LawlessCollector collector(files_, kind(), 1);
   const auto descriptors = open_descriptors();
   const ChosenTime time(std::chrono::milliseconds(300));
 
-  for (uint64_t call = 0; time.is_left() && !HasFailure(); ++call) {
+  for (uint64_t call = 0; (time.is_left() || results[0] < kFewestAnswers) && !HasFailure(); ++call) {
     const bool is_full = call % 2 == 0;
     const Answer answer = caller.call(is_full ? kind().full : kind().delta, 1000, 1 << 20);
 
@@ -89,9 +90,8 @@ TEST_P(Lawless, CollectorGetsAnAnswerOrARefusalAndNothingIsKept) {
   }
 
   printf("lawless collector, %s: %" PRIu64 " changes", kind().name, collector.changes());
-  for (const auto &[status, times] : results) printf(", %" PRIu64 " times %d", times, status);
+  for (const auto &[status, times] : results) printf(", %" PRIu64 " times result %d", times, status);
   printf("\n");
-  EXPECT_GT(results[0], 100u);
 }
 
 INSTANTIATE_TEST_SUITE_P(Kinds, Lawless, testing::ValuesIn(kinds().begin(), kinds().end()), name_of);

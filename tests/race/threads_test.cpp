@@ -102,7 +102,7 @@ class Threads : public testing::Test {
     return traces;
   }
 
-  static constexpr uint32_t kRounds = 100;
+  static constexpr uint32_t kRounds = 50;
 
  private:
   static void call_without_a_buffer(const Kind &kind, Caller &caller) {
@@ -142,7 +142,7 @@ TEST_F(Threads, OfDifferentKindsAtOnceGetWhatEachGetsAlone) {
   uint64_t calls = 0;
   uint64_t times = 0;
   size_t lines = 0;
-  const ChosenTime time(std::chrono::milliseconds(1500));
+  const ChosenTime time(std::chrono::milliseconds(1000));
   do {
     load_again();
     std::vector<Transcript> together(kinds().size());
