@@ -136,6 +136,9 @@ size_t many(const Kind &kind) {
   return std::max(kBytes / kind.stored({}, 0).size() & ~size_t{255}, size_t{80});
 }
 
+// Threads of other tests leave no arenas of their own behind, in which there would be room without asking the system.
+const int kIsOneArena = mallopt(M_ARENA_MAX, 1);
+
 // Takes what malloc has at hand without asking the system, as long as this object lives. A few small pieces stay: the
 // host needs them for the names of files.
 class NothingAtHand {
@@ -161,7 +164,7 @@ class NothingAtHand {
   static constexpr size_t kSmallest = 16;
   static constexpr size_t kLargestToStay = 512;
   static constexpr size_t kSmallestToTake = 4096;
-  static constexpr size_t kLargestToTake = size_t{1} << 24;
+  static constexpr size_t kLargestToTake = size_t{1} << 20;
 
   void *pieces_[1000];
   size_t count_ = 0;
