@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cinttypes>
 #include <cstdio>
 #include <cstring>
@@ -72,7 +73,7 @@ class Threads : public testing::Test {
   // The same calls, whenever they are made, with times of their own: a delta after each write, which changes the state,
   // too, then all, and what is traced.
   Transcript call_again_and_again(const Kind &kind) {
-    Caller caller(*plugin_, files_);
+    Caller caller = this->caller();
     Transcript transcript;
     for (uint32_t round = 1; round <= kRounds; ++round) {
       const Bytes file = store_file(kind, generation(round), round % 2 == 0 ? kind.ready : kind.not_ready);
@@ -104,7 +105,7 @@ class Threads : public testing::Test {
 
   static constexpr uint32_t kRounds = 50;
 
- private:
+  // Which is traced.
   static void call_without_a_buffer(const Kind &kind, Caller &caller) {
     uint32_t length = 0;
     if (kind.renderer)
@@ -113,6 +114,9 @@ class Threads : public testing::Test {
       caller.call_function<host::EntryPoint>(kind.full, nullptr, nullptr, 0u, &length);
   }
 
+  Caller caller() { return Caller(*plugin_, files_); }
+
+ private:
   StoreDirectory files_;
   std::optional<host::Plugin> plugin_{PLUGIN_PATH};
 };
@@ -169,6 +173,30 @@ TEST_F(Threads, OfDifferentKindsAtOnceGetWhatEachGetsAlone) {
   EXPECT_GE(traces_alone.lines_of_functions.size(), kinds().size());
   EXPECT_GT(traces_alone.record_dump_size, 0u);
   EXPECT_GT(times, 0u);
+}
+
+TEST_F(Threads, OfDifferentKindsTraceWholeLines) {
+  constexpr int kCalls = 5000;
+  for (const Kind &kind : kinds()) {
+    Caller caller = this->caller();
+    call_without_a_buffer(kind, caller);
+  }
+  const Traces alone = take_traces();
+
+  {
+    std::vector<std::jthread> threads;
+    for (const Kind &kind : kinds())
+      threads.emplace_back([&] {
+        Caller caller = this->caller();
+        for (int call = 0; call < kCalls; ++call) call_without_a_buffer(kind, caller);
+      });
+  }
+
+  const Traces together = take_traces();
+  EXPECT_EQ(alone.lines_of_functions.size(), kinds().size());
+  EXPECT_EQ(together.lines_of_functions.size(), kinds().size());
+  for (const auto &[function, lines] : alone.lines_of_functions)
+    EXPECT_EQ(std::ranges::count(together.lines_of_functions.at(function), lines.front()), kCalls) << lines.front();
 }
 
 }  // namespace
