@@ -84,7 +84,7 @@ class Dumps : public testing::TestWithParam<Kind> {
 TEST_P(Dumps, EndWhereFilesMayNotBeLarger) {
   // A process that is not prepared for it would be ended by its system.
   const auto previous = signal(SIGXFSZ, SIG_IGN);
-  for (const rlim_t most : {0, 1, 100, 4096, 5000}) {
+  for (const rlim_t most : {rlim_t{0}, rlim_t{1}, rlim_t{100}, rlim_t{4096}, rlim_t{5000}}) {
     {
       const Limit limit(RLIMIT_FSIZE, most);
       call();
