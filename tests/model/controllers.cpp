@@ -431,18 +431,24 @@ class Controllers : public Model {
 Bytes controller(Choices &choices) {
   Bytes record = choices.bytes(kRecord);
   if (!choices.one_in(8)) {
-    record.put(0, tests::little_endian().u8(choices.below(3)));
+    record.put(0, tests::little_endian().u8(choices.below(2)));
     record.put(107,
                tests::little_endian().text(choices.one_of({"A", "B", "", "a serial with its 31 characters"}), 31));
   }
   record.put(104, tests::little_endian().u8(choices.one_of({1, 0, 2})));
-  record.put(827, tests::little_endian().u32(choices.below(3)));
+  record.put(827, tests::little_endian().u32(choices.below(2)));
   return record;
 }
 
 Bytes store_file(Choices &choices) {
-  Bytes file = tests::little_endian().u8(choices.one_of({2, 1, 0, 255}));
-  const uint32_t records = choices.below(6);
+  Bytes file = tests::little_endian().u8(choices.one_of({2, 2, 2, 1, 1, 0, 255}));
+  uint32_t records = choices.below(6);
+  if (choices.one_in(100)) {  // more than the reply's count can tell
+    records += 254;
+    const Bytes record = controller(choices);
+    for (uint32_t i = 0; i < records; ++i) file += Bytes(record).put(0, tests::little_endian().u8(i & 0xFF));
+    return file;
+  }
   for (uint32_t i = 0; i < records; ++i) file += controller(choices);
   return file;
 }
