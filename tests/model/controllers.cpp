@@ -9,6 +9,7 @@
 #include "model/dump.h"
 #include "model/kinds.h"
 #include "model/raid.h"
+#include "model/summary_lists.h"
 
 namespace model {
 namespace {
@@ -179,9 +180,6 @@ class Controllers : public Model {
   }
 
  private:
-  // A list that could not be made is null.
-  using List = std::optional<std::vector<Controller>>;
-
   int32_t retrieve(Reply &reply, uint32_t *length, bool is_delta) {
     *length = 0;
     LockedFile file = lock_and_open(world, nullptr);
@@ -196,7 +194,7 @@ class Controllers : public Model {
     const int64_t previous_time = std::exchange(saved_time_, file.facts.modified);
 
     const auto size = static_cast<uint32_t>(file.facts.size);
-    if (size + kRecord * cached_count_ + kHeader > reply.size && !reply.grow(size + kHeader, size + kHeader))
+    if (size + kRecord * lists_.cached_count + kHeader > reply.size && !reply.grow(size + kHeader, size + kHeader))
       return too_large(size + kHeader);
 
     const Bytes header = world.read(*file.stream, 1);
@@ -207,11 +205,14 @@ class Controllers : public Model {
     if (has_state_changed) log_state(state, previous_time);
     saved_state_ = state;
 
-    if (!make_lists(size / kRecord)) return kUnavailable;
+    const std::string failed = lists_.make(world, size / kRecord);
+    if (!failed.empty()) {
+      world.trace(kRetrieval, failed == "cur" ? 917 : 927, failed + "_ctlr_list memory allocation failed\n");
+      return kUnavailable;
+    }
     reply.put(0, tests::big_endian().u8(0x28).u16(0).u8(state).u8(0).u32(kRecord).u8(0));
 
     uint32_t count = 0;
-    if (cur_) cur_->clear();
     std::optional<int> read_error;
     while (true) {
       const Bytes record = world.read(*file.stream, kRecord);
@@ -220,16 +221,16 @@ class Controllers : public Model {
         read_error = world.error();
         break;
       }
-      if (!cur_ || !cached_) {
-        world.trace(
-            kRetrieval, 955,
-            "cur_ctlr_list= " + printed_pointer(cur_) + ", cached_ctlr_list= " + printed_pointer(cached_) + "\n");
+      if (!lists_.exist()) {
+        world.trace(kRetrieval, 955,
+                    "cur_ctlr_list= " + printed_pointer(lists_.cur) +
+                        ", cached_ctlr_list= " + printed_pointer(lists_.cached) + "\n");
         break;
       }
       dump_record(world, dump_of(record));
-      const Controller &controller = cur_->emplace_back(record);
+      const Controller &controller = lists_.cur->emplace_back(record);
       if (is_delta) {
-        const Controller *const known = find(*cached_, controller);
+        const Controller *const known = find(*lists_.cached, controller);
         if (known && known->stamp == controller.stamp) continue;
       }
       if (has_state_changed)
@@ -241,16 +242,17 @@ class Controllers : public Model {
     }
 
     const bool is_special = runs_on(kestrano_) || runs_on(morvik_);
-    if (is_special && state == 2 && count % kSlots == 0 && cached_count_ == 0) reply.put(3, tests::big_endian().u8(1));
+    if (is_special && state == 2 && count % kSlots == 0 && lists_.cached_count == 0)
+      reply.put(3, tests::big_endian().u8(1));
     if (!file.stream->at_end)
-      world.log(kSource, 1054, printed("Error reading file %s, %s\n", kRaidLock, strerror(read_error.value_or(world.error()))));
+      world.log(kSource, 1054,
+                printed("Error reading file %s, %s\n", kRaidLock, strerror(read_error.value_or(world.error()))));
 
-    dump(cur_, cur_ ? cur_->size() : 0, "cur_ctlr_list");
-    dump(cached_, cached_count_, "cached_ctlr_list");
-    if (is_delta && cur_ && cached_ && !add_gone(reply, &count)) return kTooLarge;
-    cached_count_ = cur_ ? static_cast<uint16_t>(cur_->size()) : 0;
-    std::swap(cur_, cached_);
-    dump(cached_, cached_count_, "After swap, cached_ctlr_list");
+    dump(lists_.cur, lists_.cur ? lists_.cur->size() : 0, "cur_ctlr_list");
+    dump(lists_.cached, lists_.cached_count, "cached_ctlr_list");
+    if (is_delta && lists_.exist() && !add_gone(reply, &count)) return kTooLarge;
+    lists_.exchange();
+    dump(lists_.cached, lists_.cached_count, "After swap, cached_ctlr_list");
     *length = kHeader + kRecord * (count % kSlots);
     return 0;
   }
@@ -263,35 +265,10 @@ class Controllers : public Model {
                       static_cast<long long>(saved_time_), time_text(saved_time_).c_str()));
   }
 
-  // Both are enlarged when the file has more records than ever before. What fails is an errno of ENOMEM.
-  bool make_lists(uint32_t entries) {
-    if (entries == 0 || (cur_ && entries <= capacity_)) return true;
-    capacity_ = 0;
-    world.clear_error();
-    cur_.reset();
-    if (world.works("realloc")) cur_.emplace();
-    if (world.error() == ENOMEM) {
-      world.trace(kRetrieval, 917, "cur_ctlr_list memory allocation failed\n");
-      return false;
-    }
-    world.clear_error();
-    if (!world.works("realloc"))
-      cached_.reset();
-    else if (!cached_)
-      cached_.emplace();
-    if (world.error() == ENOMEM) {
-      world.trace(kRetrieval, 927, "cached_ctlr_list memory allocation failed\n");
-      cur_.reset();
-      return false;
-    }
-    capacity_ = entries;
-    return true;
-  }
-
   bool add_gone(Reply &reply, uint32_t *count) {
     std::vector<Controller> gone;
-    for (const Controller &controller : *cached_)
-      if (!find(*cur_, controller) && controller.is_reported_when_gone()) gone.push_back(controller);
+    for (const Controller &controller : *lists_.cached)
+      if (!find(*lists_.cur, controller) && controller.is_reported_when_gone()) gone.push_back(controller);
     const uint32_t slots = std::min(*count + static_cast<uint32_t>(gone.size()), kSlots);
     const uint32_t needed = kHeader + slots * kRecord;
     if (needed > reply.size && !reply.grow_and_keep(needed, needed)) return too_large(needed) == 0;
@@ -317,10 +294,8 @@ class Controllers : public Model {
     return kTooLarge;
   }
 
-  static std::string printed_pointer(const List &list) { return list ? kAnAddress : "(nil)"; }
-
   // A list that was lost and made again holds nothing, and has zeros for what its count still tells of.
-  void dump(const List &list, size_t count, const std::string &title) {
+  void dump(const List<Controller> &list, size_t count, const std::string &title) {
     if (!list) return;
     std::vector<std::string> indices;
     for (const Controller &controller : *list) indices.push_back(std::to_string(controller.index));
@@ -420,10 +395,7 @@ class Controllers : public Model {
 
   int64_t saved_time_ = 0;
   int saved_state_ = 0;
-  List cur_;
-  List cached_;
-  uint32_t capacity_ = 0;  // in entries
-  uint16_t cached_count_ = 0;
+  SummaryLists<Controller> lists_;
   Platform kestrano_{"kestrano", 203};
   Platform morvik_{"morvik", 224};
 };
@@ -432,8 +404,7 @@ Bytes controller(Choices &choices) {
   Bytes record = choices.bytes(kRecord);
   if (!choices.one_in(8)) {
     record.put(0, tests::little_endian().u8(choices.below(2)));
-    record.put(107,
-               tests::little_endian().text(choices.one_of({"A", "B", "", "a serial with its 31 characters"}), 31));
+    record.put(107, tests::little_endian().text(choices.one_of({"A", "B", "", "a serial with its 31 characters"}), 31));
   }
   record.put(104, tests::little_endian().u8(choices.one_of({1, 0, 2})));
   record.put(827, tests::little_endian().u32(choices.below(2)));
