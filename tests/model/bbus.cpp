@@ -288,7 +288,7 @@ Bytes store_file(Choices &choices) {
     Bytes record = choices.bytes(kRecord);
     record.put(0, tests::little_endian().u8(choices.below(3)));
     record.put(72, tests::little_endian().u8(choices.below(3)));
-    record.put(85, tests::little_endian().u32(choices.below(2)));
+    record.put(85, tests::little_endian().u32(choices.one_of({1u, 0x80000001u})));
     file += record;
   }
   return file;

@@ -404,10 +404,13 @@ Bytes controller(Choices &choices) {
   Bytes record = choices.bytes(kRecord);
   if (!choices.one_in(8)) {
     record.put(0, tests::little_endian().u8(choices.below(2)));
-    record.put(107, tests::little_endian().text(choices.one_of({"A", "B", "", "a serial with its 31 characters"}), 31));
+    record.put(
+        107, tests::little_endian().text(
+                 choices.one_of({"A", "", "a serial with its 31 characters", "a serial with its 31 characterS"}), 31));
   }
+  if (choices.one_in(6)) record.put(255 + 2 * choices.below(4), tests::little_endian().u16(0));
   record.put(104, tests::little_endian().u8(choices.one_of({1, 0, 2})));
-  record.put(827, tests::little_endian().u32(choices.below(2)));
+  record.put(827, tests::little_endian().u32(choices.one_of({1u, 0x80000001u})));
   return record;
 }
 
