@@ -8,8 +8,9 @@ namespace model {
 namespace {
 
 std::string number(const char *label, uint64_t value) {
-  const bool is_long = strstr(label, "ll") != nullptr;
-  return is_long ? printed(label, static_cast<long long>(value)) : printed(label, static_cast<int>(value));
+  if (strstr(label, "ll")) return printed(label, static_cast<long long>(value));
+  const auto as_int = static_cast<int>(value);
+  return strstr(label, "%ld") ? printed(label, long{as_int}) : printed(label, as_int);
 }
 
 std::string dumped(const tests::Bytes &record, const Line &line) {

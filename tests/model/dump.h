@@ -10,7 +10,8 @@ namespace model {
 
 enum class As { kU8, kS8, kU16, kU32, kU64, kBool, kText, kDigits };
 
-// The label has one conversion, which the number or text takes: %d and %x as of an int, %lld and %llx of a long long.
+// The label has one conversion, which the number or text takes: %d, %x and %ld as of an int, %lld and %llx of a
+// long long.
 struct Line {
   size_t offset;
   As as;

@@ -10,6 +10,8 @@ std::unique_ptr<Model> make_model(World &world) {
   return std::make_unique<KindsModel>(world);
 }
 
+Kind bbus();
+Kind controllers();
 Kind drives();
 Kind expanders();
 
