@@ -9,7 +9,9 @@ namespace {
 
 std::string number(const char *label, uint64_t value) {
   const bool is_long = strstr(label, "ll") != nullptr;
-  return is_long ? printed(label, static_cast<long long>(value)) : printed(label, static_cast<int>(value));
+  const auto long_value = static_cast<long long>(value);
+  const auto int_value = static_cast<int>(value);
+  return is_long ? printed(label, long_value, long_value) : printed(label, int_value, int_value);
 }
 
 std::string dumped(const tests::Bytes &record, const Line &line) {
