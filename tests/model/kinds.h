@@ -12,5 +12,9 @@ std::unique_ptr<Model> make_model(World &world) {
 
 Kind drives();
 Kind expanders();
+Kind virtual_drives();
+
+// A record's text, in its dump and when its file is decoded.
+std::string text_of_virtual_drive(const tests::Bytes &record);
 
 }  // namespace model
