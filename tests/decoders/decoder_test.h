@@ -9,13 +9,6 @@
 
 namespace tests {
 
-// What a function that is called left behind on the standard streams.
-struct Printed {
-  int result;
-  std::string out;
-  std::string err;
-};
-
 class DecoderTest : public PluginTest {
  protected:
   DecoderTest() {
@@ -36,34 +29,10 @@ class DecoderTest : public PluginTest {
     return lines;
   }
 
-  // A function's result and what it prints. No descriptor may be left open.
-  template <typename Function>
-  Printed printed_by(Function function);
-
   Printed decode(const DecoderKind &kind, const char *input_dir = "/in", const char *output_dir = "/out") {
-    return printed_by([&] {
-      return plugin(static_cast<int (*)(const char *, const char *)>(nullptr), kind.decoder)(input_dir, output_dir);
-    });
-  }
-
- private:
-  static auto open_descriptors() {
-    const std::filesystem::directory_iterator descriptors("/proc/self/fd");
-    return std::distance(begin(descriptors), end(descriptors));
+    return WatchedHost::decode(kind.decoder, input_dir, output_dir);
   }
 };
-
-template <typename Function>
-Printed DecoderTest::printed_by(Function function) {
-  const auto descriptors = open_descriptors();
-  testing::internal::CaptureStdout();
-  testing::internal::CaptureStderr();
-  const int result = function();
-  const std::string out = testing::internal::GetCapturedStdout();
-  const std::string err = testing::internal::GetCapturedStderr();
-  EXPECT_EQ(open_descriptors(), descriptors);
-  return {result, out, err};
-}
 
 // Runs for every kind.
 class EveryDecoder : public DecoderTest, public testing::WithParamInterface<DecoderKind> {};

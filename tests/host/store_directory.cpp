@@ -7,7 +7,7 @@
 
 #include <cstdlib>
 #include <fstream>
-#include <iterator>
+#include <sstream>
 #include <stdexcept>
 
 namespace tests {
@@ -50,8 +50,10 @@ void StoreDirectory::write_text(const std::string &path, const std::string &text
 void StoreDirectory::remove(const std::string &path) { std::filesystem::remove_all(real(path)); }
 
 std::string StoreDirectory::read(const std::string &path) const {
-  std::ifstream file(real(path), std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
+  std::ostringstream content;
+  const std::ifstream file(real(path), std::ios::binary);
+  if (file) content << file.rdbuf();
+  return content.str();
 }
 
 bool StoreDirectory::exists(const std::string &path) const { return std::filesystem::exists(real(path)); }

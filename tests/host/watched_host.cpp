@@ -1,5 +1,7 @@
 #include "host/watched_host.h"
 
+#include <gtest/gtest.h>
+
 #include <filesystem>
 #include <iterator>
 #include <utility>
@@ -49,6 +51,22 @@ Reply WatchedHost::call(const std::string &entry_point, const CallOptions &optio
   reply.buffer = Bytes(std::vector<uint8_t>(buffer.bytes(), buffer.bytes() + buffer.size()));
   reply.requests = buffer.requests();
   return reply;
+}
+
+Printed WatchedHost::printed_by(const std::function<int()> &function) {
+  const auto descriptors = open_descriptors();
+  testing::internal::CaptureStdout();
+  testing::internal::CaptureStderr();
+  const int result = function();
+  const std::string out = testing::internal::GetCapturedStdout();
+  const std::string err = testing::internal::GetCapturedStderr();
+  if (open_descriptors() != descriptors) complain("a descriptor was left open");
+  return {result, out, err};
+}
+
+Printed WatchedHost::decode(const std::string &decoder, const char *input_dir, const char *output_dir) {
+  using Function = int (*)(const char *, const char *);
+  return printed_by([&] { return plugin(Function{nullptr}, decoder)(input_dir, output_dir); });
 }
 
 void WatchedHost::inject(const std::string &function, int nth, host::Verdict verdict) {

@@ -38,6 +38,13 @@ struct Reply {
 
 inline constexpr uint32_t kUnwrittenLength = 0xDEADBEEF;
 
+// What a function that is called left behind on the standard streams.
+struct Printed {
+  int result;
+  std::string out;
+  std::string err;
+};
+
 // Makes the nth call of a libc function fail, counted from 1 and from when this was asked for.
 struct Fault {
   std::string function;
@@ -54,6 +61,12 @@ class WatchedHost : private host::LibcWatcher {
 
   // Calls an entry point by its name. Afterwards no descriptor may be left open, and the locks must be free.
   Reply call(const std::string &entry_point, const CallOptions &options = {});
+
+  // A function's result and what it prints. No descriptor may be left open.
+  Printed printed_by(const std::function<int()> &function);
+
+  // Runs a decoder, by its name.
+  Printed decode(const std::string &decoder, const char *input_dir, const char *output_dir);
 
   // Any other function of the plug-in, to be called: PLUGIN(print_ctlrinfo)(record, nullptr).
 #define PLUGIN(function) plugin(static_cast<std::add_pointer_t<decltype(function)>>(nullptr), #function)

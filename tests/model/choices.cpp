@@ -10,11 +10,12 @@ uint32_t Choices::below(uint32_t limit) {
 }
 
 tests::Bytes Choices::bytes(size_t count) {
-  tests::Bytes bytes;
+  std::vector<uint8_t> bytes(count);
   const uint32_t seed = below(1000);
   std::minstd_rand random(seed);
-  for (size_t i = 0; i < count; ++i) bytes.u8(seed == 0 ? 0 : random() >> 8 & 0xFF);
-  return bytes;
+  if (seed != 0)
+    for (uint8_t &byte : bytes) byte = random() >> 8 & 0xFF;
+  return tests::Bytes(std::move(bytes));
 }
 
 namespace {

@@ -96,15 +96,6 @@ const std::vector<Line> kLinesFromProgress = {
     {444, As::kText, "firmware_v37 = %s\n"},
 };
 
-std::string dump_of(const Bytes &record) {
-  return "\n\n\nPhysical Drive ===================**************===============\n\n\n" +
-         dumped(record, kLinesToLogicalId) +
-         "Enclosure Association = " + (record[260] == 1 ? "Direct Attached" : "Expander Attached") + "\n" +
-         dumped(record, kLinesToTemperature) +
-         (record[105] != 0 ? printed("Temperature = %d\n", record[106]) : std::string()) +
-         dumped(record, kLinesFromProgress);
-}
-
 struct Drive {
   uint8_t controller;
   uint8_t slot;
@@ -186,7 +177,7 @@ class Drives : public Model {
       const Bytes record = world.read(*file.stream, kRecord);
       reply.put(kHeader + count * kRecord, record);
       if (record.size() < kRecord) break;
-      dump_record(world, dump_of(record));
+      dump_record(world, text_of_drive(record));
       cur.emplace_back(record);
       if (is_delta) {
         const Drive *const known = find(cached_, cur.back());
@@ -291,6 +282,15 @@ Bytes store_file(Choices &choices) {
 }
 
 }  // namespace
+
+std::string text_of_drive(const Bytes &record) {
+  return "\n\n\nPhysical Drive ===================**************===============\n\n\n" +
+         dumped(record, kLinesToLogicalId) +
+         "Enclosure Association = " + (record[260] == 1 ? "Direct Attached" : "Expander Attached") + "\n" +
+         dumped(record, kLinesToTemperature) +
+         (record[105] != 0 ? printed("Temperature = %d\n", record[106]) : std::string()) +
+         dumped(record, kLinesFromProgress);
+}
 
 Kind drives() {
   return {.name = "drives",

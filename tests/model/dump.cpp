@@ -8,9 +8,12 @@ namespace model {
 namespace {
 
 std::string number(const char *label, uint64_t value) {
-  if (strstr(label, "ll")) return printed(label, static_cast<long long>(value));
+  if (strstr(label, "ll")) {
+    const auto as_long = static_cast<long long>(value);
+    return printed(label, as_long, as_long);
+  }
   const auto as_int = static_cast<int>(value);
-  return strstr(label, "%ld") ? printed(label, long{as_int}) : printed(label, as_int);
+  return strstr(label, "%ld") ? printed(label, long{as_int}) : printed(label, as_int, as_int);
 }
 
 std::string dumped(const tests::Bytes &record, const Line &line) {

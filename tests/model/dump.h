@@ -11,7 +11,7 @@ namespace model {
 enum class As { kU8, kS8, kU16, kU32, kU64, kBool, kText, kDigits };
 
 // The label has one conversion, which the number or text takes: %d, %x and %ld as of an int, %lld and %llx of a
-// long long.
+// long long. Some show their number twice.
 struct Line {
   size_t offset;
   As as;

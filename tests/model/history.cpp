@@ -20,6 +20,7 @@ using tests::HostReplyBuffer;
 using tests::Reply;
 
 constexpr uint32_t kMostSteps = 12;
+const File kDirectory = {.content = {}, .modified = 0, .is_directory = true};
 constexpr uint32_t kMostOfAHost = 1u << 20;  // a host has no more room than that
 
 struct Call {
@@ -49,13 +50,16 @@ class Machine : public tests::WatchedHost {
   std::string complaints_;
 };
 
-// Lines of 16 bytes without those that are all zeros.
+// Lines of 16 bytes without those that are all zeros, as many as one cares to read.
 std::string summary(const Bytes &content) {
+  constexpr int kMostLines = 40;
   std::ostringstream text;
   text << content.size() << " bytes";
+  int lines = 0;
   for (size_t offset = 0; offset < content.size(); offset += 16) {
     const Bytes line = content.slice(offset, std::min<size_t>(16, content.size() - offset));
     if (line == Bytes::repeated(line.size(), 0)) continue;
+    if (++lines > kMostLines) return text.str() + "\n    ...";
     text << printed("\n    %04zx:", offset);
     for (size_t i = 0; i < line.size(); ++i) text << printed(" %02x", line[i]);
   }
@@ -69,11 +73,13 @@ std::string without_addresses(const std::string &trace) {
 
 class History {
  public:
-  History(const Kind &kind, Choices &choices) : kind_(kind), choices_(choices), model_(kind.model(world_)) {
+  History(const Kind &kind, Choices &choices) : kind_(kind), choices_(choices) {
+    if (kind.model) model_ = kind.model(world_);
     trace_stream_ = outfp;
   }
 
   Finding live() {
+    for (const std::string &directory : kind_.directories) put(directory, kDirectory);
     // The lock file and the store file, so that the simplest history is one with a reply.
     for (const ChangingFile &file : kind_.files) write(file);
     for (uint32_t step = 0; step < kMostSteps && differences_.empty(); ++step) {
@@ -82,7 +88,10 @@ class History {
       change_files();
       change_settings();
       plant_faults();
-      compare(next_call());
+      if (kind_.decode)
+        compare_decoding();
+      else
+        compare(next_call());
     }
     outfp = trace_stream_;
     return {differences_, story_};
@@ -175,6 +184,11 @@ class History {
     return call;
   }
 
+  std::string any_directory() {
+    if (choices_.one_in(8)) return "/nowhere";
+    return kind_.directories[choices_.below(static_cast<uint32_t>(kind_.directories.size()))];
+  }
+
   Growth growth() {
     if (world_.files.contains(kind_.in_place))
       return choices_.one_of({Growth::kInPlace, Growth::kRefuse, Growth::kGrantLess});
@@ -188,11 +202,31 @@ class History {
     const Reply expected = expected_of(call);
     const Reply actual = machine_.call(call.entry_point, call.options);
 
-    differ("what no call may do", std::string(), machine_.complaints());
     differ("the result", expected.status, actual.status);
     differ("the length", expected.length, actual.length);
     differ("the sizes asked for", expected.requests, actual.requests);
     differ("the buffer", expected.buffer, actual.buffer);
+    compare_machines();
+  }
+
+  void compare_decoding() {
+    const std::string &decoder = kind_.entry_points[choices_.below(static_cast<uint32_t>(kind_.entry_points.size()))];
+    const std::string from = choices_.one_in(8) ? any_directory() : kind_.directories[0];
+    const std::string to = choices_.one_in(4) ? any_directory() : kind_.directories[1];
+    story_ += "  " + decoder + " from " + from + " to " + to + "\n";
+
+    world_.begin_call();
+    const int32_t expected = kind_.decode(world_, decoder, from, to);
+    const tests::Printed actual = machine_.decode(decoder, from.c_str(), to.c_str());
+
+    differ("the result", expected, actual.result);
+    differ("standard output", world_.printed_out, actual.out);
+    differ("standard error", world_.printed_err, actual.err);
+    compare_machines();
+  }
+
+  void compare_machines() {
+    differ("what no call may do", std::string(), machine_.complaints());
     differ("the trace", world_.traced, without_addresses(machine_.trace()));
     differ("the system log", world_.logged, machine_.system_log());
     compare_files();

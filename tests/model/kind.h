@@ -34,17 +34,23 @@ struct ChangingFile {
   tests::Bytes (*content)(Choices &choices);
 };
 
+// What a decoder prints besides is World's. Decoders remember nothing.
+using Decode = int32_t(World &world, const std::string &decoder, const std::string &from, const std::string &to);
+
 struct Kind {
   std::string name;
   std::vector<std::string> entry_points;
   std::vector<ChangingFile> files;  // the lock file and the store file first: they are there most of the time
   std::vector<std::string> markers;
   std::vector<Fault> faults;  // that the model knows, each with the greatest nth that makes sense
-  std::unique_ptr<Model> (*model)(World &world);
+  std::unique_ptr<Model> (*model)(World &world) = nullptr;
   // A marker with which the plug-in writes beyond what it asks for, as hosts are warned: they pass room enough.
   std::string overrunning = {};
   // A marker with which it writes on into the buffer that was passed in: a host that grants more does so in place.
   std::string in_place = {};
+  // Instead of a model: the entry points are decoders. The first directory has the files, the second one is for texts.
+  Decode *decode = nullptr;
+  std::vector<std::string> directories = {};
 };
 
 void PrintTo(const Kind &kind, std::ostream *out);

@@ -14,5 +14,12 @@ Kind bbus();
 Kind controllers();
 Kind drives();
 Kind expanders();
+Kind virtual_drives();
+
+Kind decoders();
+
+// A record's text, in its dump and when its file is decoded.
+std::string text_of_drive(const tests::Bytes &record);
+std::string text_of_virtual_drive(const tests::Bytes &record);
 
 }  // namespace model

@@ -37,7 +37,8 @@ TEST_P(Oracle, AgreesWithThePluginInEveryHistory) {
   std::cout << kind.name << ": " << histories << " histories from seed " << first_seed << '\n';
 }
 
-INSTANTIATE_TEST_SUITE_P(OfAKind, Oracle, testing::Values(bbus(), controllers(), drives(), expanders()),
+INSTANTIATE_TEST_SUITE_P(OfAKind, Oracle,
+                         testing::Values(bbus(), controllers(), decoders(), drives(), expanders(), virtual_drives()),
                          [](const auto &kind) { return kind.param.name; });
 
 }  // namespace

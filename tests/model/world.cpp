@@ -10,6 +10,8 @@ void World::begin_call() {
   calls_.clear();
   traced.clear();
   logged.clear();
+  printed_out.clear();
+  printed_err.clear();
 }
 
 bool World::works(const std::string &function) {
@@ -50,9 +52,25 @@ tests::Bytes World::read(Stream &stream, size_t size) {
   return stream.content->slice(stream.position - count, count);
 }
 
-void World::append(const std::string &path, const std::string &text) {
-  if (!works("fopen")) return;
+std::optional<tests::Bytes> World::read_whole(Stream &stream, size_t size) {
+  if (!works("fread") || stream.content->size() - stream.position < size) return {};
+  stream.position += size;
+  return stream.content->slice(stream.position - size, size);
+}
+
+void World::remove(const std::string &path) {
+  if (works("unlink")) files.erase(path);
+}
+
+bool World::append(const std::string &path, const std::string &text) {
+  if (!works("fopen")) return false;
+  if (!files.contains(path.substr(0, path.rfind('/')))) {
+    error_ = ENOENT;
+    return false;
+  }
   files[path].content += tests::little_endian().text(text, text.size());
+  works("fclose");
+  return true;
 }
 
 void World::trace(const std::string &function, int line, const std::string &message) {

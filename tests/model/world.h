@@ -45,7 +45,7 @@ struct Stream {
 class World {
  public:
   // ------------------------------------------------------------------------- what a history decides
-  std::map<std::string, File> files;
+  std::map<std::string, File> files = {{"/var", {.content = {}, .modified = 0, .is_directory = true}}};
   std::vector<Fault> faults;
   int trace_level = 0;
   bool uses_cmclog = false;
@@ -65,6 +65,12 @@ class World {
   // Reads that many bytes. Fewer come at the end of the file, which another fread then finds; none when a read fails.
   tests::Bytes read(Stream &stream, size_t size);
 
+  // A single fread, which gives all of these bytes or none.
+  std::optional<tests::Bytes> read_whole(Stream &stream, size_t size);
+
+  // unlink
+  void remove(const std::string &path);
+
   // Any other call: flock, fileno, realloc... True when it works.
   bool works(const std::string &function);
 
@@ -72,8 +78,8 @@ class World {
   int error() const { return error_; }
   void clear_error() { error_ = 0; }
 
-  // fopen with "a", the text, fclose: a dump. Nothing is written when it cannot be opened.
-  void append(const std::string &path, const std::string &text);
+  // fopen with "a", the text, fclose. False, and nothing is written, when it cannot be opened.
+  bool append(const std::string &path, const std::string &text);
 
   // A line for the host's stream, with its prefix, if the host wants traces.
   void trace(const std::string &function, int line, const std::string &message);
@@ -84,6 +90,8 @@ class World {
   // ------------------------------------------------------------------------- what came of it
   std::string traced;
   std::vector<std::string> logged;
+  std::string printed_out;  // to the standard streams
+  std::string printed_err;
 
  private:
   int error_ = 0;
