@@ -43,6 +43,8 @@ struct Kind {
   std::unique_ptr<Model> (*model)(World &world);
   // A marker with which the plug-in writes beyond what it asks for, as hosts are warned: they pass room enough.
   std::string overrunning = {};
+  // A marker with which it writes on into the buffer that was passed in: a host that grants more does so in place.
+  std::string in_place = {};
 };
 
 void PrintTo(const Kind &kind, std::ostream *out);

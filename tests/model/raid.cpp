@@ -16,6 +16,7 @@ LockedFile failed(World &world, int32_t status) {
 }  // namespace
 
 LockedFile lock_and_open(World &world, const char *path) {
+  world.clear_error();
   const auto lock = world.open(kRaidLock);
   if (!lock) {
     if (world.error() == ENOENT) return {kNoData};

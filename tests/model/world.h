@@ -70,6 +70,7 @@ class World {
 
   // errno, as the last of these calls left it.
   int error() const { return error_; }
+  void clear_error() { error_ = 0; }
 
   // fopen with "a", the text, fclose: a dump. Nothing is written when it cannot be opened.
   void append(const std::string &path, const std::string &text);
@@ -88,6 +89,9 @@ class World {
   int error_ = 0;
   std::map<std::string, int> calls_;
 };
+
+// What any pointer prints as, other than a null one: it differs each time.
+inline constexpr char kAnAddress[] = "(an address)";
 
 // ctime's text in UTC, with its newline; empty where ctime gives none.
 std::string time_text(int64_t time);
