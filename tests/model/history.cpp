@@ -201,6 +201,7 @@ class History {
   Reply expected_of(const Call &call) {
     HostReplyBuffer buffer(call.options.size, call.options.growth, call.options.most);
     Reply reply{.status = 0, .length = tests::kUnwrittenLength, .buffer = {}, .requests = {}};
+    world_.host = &buffer;
     world_.begin_call();
     reply.status = model_->call(call.entry_point, call.options.null_buffer ? nullptr : &buffer, &reply.length);
     reply.buffer = Bytes(std::vector<uint8_t>(buffer.bytes(), buffer.bytes() + buffer.size()));
