@@ -12,5 +12,7 @@ std::unique_ptr<Model> make_model(World &world) {
 
 Kind drives();
 Kind expanders();
+Kind nvme_controllers();
+Kind nvme_drives();
 
 }  // namespace model

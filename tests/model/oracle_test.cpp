@@ -37,7 +37,7 @@ TEST_P(Oracle, AgreesWithThePluginInEveryHistory) {
   std::cout << kind.name << ": " << histories << " histories from seed " << first_seed << '\n';
 }
 
-INSTANTIATE_TEST_SUITE_P(OfAKind, Oracle, testing::Values(drives(), expanders()),
+INSTANTIATE_TEST_SUITE_P(OfAKind, Oracle, testing::Values(drives(), expanders(), nvme_controllers(), nvme_drives()),
                          [](const auto &kind) { return kind.param.name; });
 
 }  // namespace
