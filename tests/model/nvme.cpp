@@ -25,8 +25,9 @@ LockedFile lock_and_open_nvme(World &world, const char *path) { return lock_and_
 void unlock_and_close_nvme(World &world) { unlock_and_close(world, kNvmeLocking); }
 
 void log_new_state(World &world, int line, int old_state, int new_state, int64_t old_time, int64_t new_time) {
-  const std::string old_text = time_text(old_time);
-  const std::string new_text = time_text(new_time);
+  const auto text_of = [&](int64_t time) { return world.works("localtime_r") ? time_text(time) : ""; };
+  const std::string old_text = text_of(old_time);
+  const std::string new_text = text_of(new_time);
   world.log(kNvmeSource, line,
             printed("NVME subsystem state changed, prevState(%d), newState(%d), prevModTime(%lld, %s), "
                     "curModTime(%lld, %s)\n",
@@ -67,6 +68,15 @@ int32_t answer(World &world, tests::HostReplyBuffer *buffer, const std::string &
   return 0;
 }
 
-uint8_t any_state(Choices &choices) { return static_cast<uint8_t>(choices.one_in(3) ? choices.below(8) : kMainPower); }
+tests::Bytes any_record(Choices &choices, size_t size, const std::vector<TextField> &texts) {
+  tests::Bytes record = choices.bytes(size);
+  if (choices.one_in(5)) return record;
+  for (const TextField &text : texts) record.put(text.offset + choices.below(text.width), tests::little_endian().u8(0));
+  return record;
+}
+
+uint8_t any_state(Choices &choices) {
+  return static_cast<uint8_t>(choices.one_of<uint32_t>({kMainPower, kMainPower, 3, choices.below(8)}));
+}
 
 }  // namespace model

@@ -162,25 +162,24 @@ class NvmeControllers : public Model {
   size_t cached_count_ = 0;  // stays when the list is lost
 };
 
+const std::vector<TextField> kNvmeCtlrTexts = {{0, 24},  {30, 16},  {46, 9},   {55, 17}, {76, 5},
+                                               {85, 24}, {109, 24}, {134, 64}, {198, 64}};
+
 Bytes nvme_ctlr_file(Choices &choices) {
   Bytes file = tests::little_endian().u8(any_state(choices));
   // More than 255 wrap the count.
   const uint32_t records = choices.one_in(40) ? 250 + choices.below(20) : choices.below(8);
   for (uint32_t i = 0; i < records; ++i) {
-    Bytes record = choices.bytes(kNvmeCtlrRecord);
-    if (!choices.one_in(8)) {
-      record.put(
-          0, tests::little_endian().text(choices.one_of({"", "A", "B", "a name of 24 characters!"}), kNvmeCtlrName));
-      record.put(28, tests::little_endian().u8(choices.below(9)));
-    }
-    if (choices.one_in(2))
-      record.put(30, tests::little_endian().text(
-                         choices.one_of({"NVME-MSWITCH", "NVME-MSWITCH-X", "NVME-MSWITC", "NVME-MSWITCH!!!!"}), 16));
-    for (const size_t part_status : {134, 198})
-      if (choices.one_in(2))
-        record.put(part_status, tests::little_endian().text(
-                                    choices.one_of({"Optimal", "Optima", "Optimal, running", "optimal"}), 64));
+    Bytes record = any_record(choices, kNvmeCtlrRecord, kNvmeCtlrTexts);
+    const auto put = [&](size_t offset, size_t width, std::initializer_list<const char *> texts) {
+      record.put(offset, tests::little_endian().text(choices.one_of(texts), width));
+    };
+    if (!choices.one_in(16)) put(0, kNvmeCtlrName, {"A", "B", "", "a name of 24 characters!"});
+    if (choices.one_in(2)) put(30, 16, {"NVME-MSWITCH", "NVME-MSWITCH-X", "NVME-MSWITC", "NVME-MSWITCH!!!!"});
+    if (choices.one_in(2)) put(134, 64, {"Optimal", "Optima", "Optimal, running", "optimal"});
+    if (choices.one_in(2)) put(198, 64, {"Optimal", "Optima", "Optimal, running", "optimal"});
     record.put(24, tests::little_endian().u32(choices.one_of<uint32_t>({0, 1, 0xFFFFFFFF})));
+    record.put(28, tests::little_endian().u8(choices.below(9)));
     file += record;
   }
   return file;
@@ -190,7 +189,7 @@ Bytes nvme_ctlr_file(Choices &choices) {
 
 Kind nvme_controllers() {
   return {.name = "nvme_controllers",
-          .entry_points = {"mc_get_nvme_controller", "mc_event_nvme_controller"},
+          .entry_points = {"mc_get_nvme_controller", "mc_event_nvme_controller", "mc_event_nvme_controller"},
           .files = {{kNvmeLock, nvme_ctlr_file}},
           .markers = {},
           .faults = {{"fopen", 1, EMFILE, false},
@@ -200,6 +199,7 @@ Kind nvme_controllers() {
                      {"stat", 1, EACCES, false},
                      {"fread", 8, EIO, false},
                      {"fclose", 1, EIO, false},
+                     {"localtime_r", 2, EOVERFLOW, false},
                      {"malloc", 1, ENOMEM, false},
                      {"calloc", 1, ENOMEM, false},
                      {"realloc", 2, ENOMEM, false},

@@ -1,8 +1,8 @@
 // NVMe drives.
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
-#include <optional>
 #include <utility>
 
 #include "model/dump.h"
@@ -134,24 +134,23 @@ class NvmeDrives : public Model {
     return status;
   }
 
-  // Where none is announced, a list may be missing.
-  bool make_lists(uint16_t most, uint64_t in_file) {
-    const auto failed = [&](int line, const char *message) {
-      world.trace(kNvmeDriveRetrieval, line, message);
+  // Both lists have as many entries as the first call announced; for none, no memory is asked for. One that is too
+  // short for the file's records is enlarged.
+  bool make_lists(uint16_t most, uint64_t records) {
+    const auto allocated = [&](const char *function, int line, const char *list) {
+      if (most == 0 || world.works(function)) return true;
+      world.trace(kNvmeDriveRetrieval, line, printed("%s_pd_list memory allocation failed\n", list));
       return false;
     };
-    if (!cur_size_ && world.works("calloc")) cur_size_ = most;
-    if (!cur_size_ && most > 0) return failed(488, "cur_pd_list memory allocation failed\n");
-    if (!cached_size_ && world.works("calloc")) cached_size_ = most;
-    if (!cached_size_ && most > 0) {
-      cur_size_.reset();
-      return failed(499, "cached_pd_list memory allocation failed\n");
+    if (!has_lists_) {
+      if (!allocated("calloc", 488, "cur") || !allocated("calloc", 499, "cached")) return false;
+      has_lists_ = true;
+      cur_size_ = cached_size_ = most;
     }
-    const uint64_t needed = std::min<uint64_t>(most, in_file);
-    if (cur_size_ < needed) {
-      if (!world.works("realloc")) return failed(488, "cur_pd_list memory allocation failed\n");
-      cur_size_ = needed;
-    }
+    const uint64_t needed = std::min<uint64_t>(most, records);
+    if (cur_size_ >= needed) return true;
+    if (!allocated("realloc", 488, "cur")) return false;
+    cur_size_ = needed;
     return true;
   }
 
@@ -165,10 +164,13 @@ class NvmeDrives : public Model {
   int64_t last_time_ = -1;
   int last_state_ = -1;
   std::vector<NvmeDrive> cached_;
-  // How many entries the lists have room for.
-  std::optional<uint64_t> cur_size_;
-  std::optional<uint64_t> cached_size_;
+  bool has_lists_ = false;
+  uint64_t cur_size_ = 0;  // in entries
+  uint64_t cached_size_ = 0;
 };
+
+const std::vector<TextField> kNvmeDriveTexts = {{0, 16},   {16, 24},  {41, 81}, {122, 31},
+                                                {153, 97}, {250, 20}, {279, 64}};
 
 Bytes nvme_drive_file(Choices &choices) {
   const uint32_t records = choices.below(8);
@@ -177,14 +179,14 @@ Bytes nvme_drive_file(Choices &choices) {
                    .u32(choices.one_in(10) ? choices.one_of<uint32_t>({0, 0x10000, 0x10003, 0xFFFFFFFF}) : announced)
                    .u8(any_state(choices));
   for (uint32_t i = 0; i < records; ++i) {
-    Bytes record = choices.bytes(kNvmeDriveRecord);
-    if (!choices.one_in(8)) {
+    Bytes record = any_record(choices, kNvmeDriveRecord, kNvmeDriveTexts);
+    if (!choices.one_in(16)) {
       record.put(0, tests::little_endian().text(choices.one_of({"A", "B", "", "16 characters ok"}), 16));
-      record.put(40, tests::little_endian().u8(choices.below(9)));
       record.put(122,
-                 tests::little_endian().text(choices.one_of({"1", "2", "", "a serial of its 31 characters!!"}), 31));
+                 tests::little_endian().text(choices.one_of({"1", "1", "", "a serial of its 31 characters!!"}), 31));
     }
-    record.put(352, tests::little_endian().u32(choices.below(3)));
+    record.put(40, tests::little_endian().u8(choices.below(9)));
+    record.put(352, tests::little_endian().u32(choices.below(2)));
     file += record;
   }
   return file;
@@ -194,7 +196,7 @@ Bytes nvme_drive_file(Choices &choices) {
 
 Kind nvme_drives() {
   return {.name = "nvme_drives",
-          .entry_points = {"mc_get_nvme_phy_drive", "mc_event_nvme_phy_drive"},
+          .entry_points = {"mc_get_nvme_phy_drive", "mc_event_nvme_phy_drive", "mc_event_nvme_phy_drive"},
           .files = {{kNvmeLock, lock_file}, {kNvmeDriveStore, nvme_drive_file}},
           .markers = {},
           .faults = {{"fopen", 2, EMFILE, false},
@@ -204,6 +206,7 @@ Kind nvme_drives() {
                      {"stat", 2, EACCES, false},
                      {"fread", 10, EIO, false},
                      {"fclose", 2, EIO, false},
+                     {"localtime_r", 2, EOVERFLOW, false},
                      {"calloc", 4, ENOMEM, false},
                      {"realloc", 2, ENOMEM, false}},
           .model = make_model<NvmeDrives>};
