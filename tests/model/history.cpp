@@ -150,8 +150,11 @@ class History {
 
   void plant_faults() {
     world_.faults.clear();
-    if (!kind_.faults.empty() && choices_.one_in(4)) {
+    // Two at once tell which of two steps comes first. They are never of one function.
+    std::set<std::string> failing;
+    while (!kind_.faults.empty() && choices_.one_in(4)) {
       Fault fault = kind_.faults[choices_.below(static_cast<uint32_t>(kind_.faults.size()))];
+      if (!failing.insert(fault.function).second) break;
       fault.nth = 1 + static_cast<int>(choices_.below(static_cast<uint32_t>(fault.nth)));
       fault.fails_on = choices_.one_in(3);
       world_.faults.push_back(fault);
