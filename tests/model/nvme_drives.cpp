@@ -208,7 +208,7 @@ Kind nvme_drives() {
                      {"fclose", 2, EIO, false},
                      {"localtime_r", 2, EOVERFLOW, false},
                      {"calloc", 4, ENOMEM, false},
-                     {"realloc", 2, ENOMEM, false}},
+                     {"realloc", 1, ENOMEM, false}},
           .model = make_model<NvmeDrives>};
 }
 
