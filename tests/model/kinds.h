@@ -14,6 +14,8 @@ Kind bbus();
 Kind controllers();
 Kind drives();
 Kind expanders();
+Kind nvme_controllers();
+Kind nvme_drives();
 Kind virtual_drives();
 
 Kind decoders();

@@ -38,7 +38,8 @@ TEST_P(Oracle, AgreesWithThePluginInEveryHistory) {
 }
 
 INSTANTIATE_TEST_SUITE_P(OfAKind, Oracle,
-                         testing::Values(bbus(), controllers(), decoders(), drives(), expanders(), virtual_drives()),
+                         testing::Values(bbus(), controllers(), decoders(), drives(), expanders(), nvme_controllers(),
+                                         nvme_drives(), virtual_drives()),
                          [](const auto &kind) { return kind.param.name; });
 
 }  // namespace

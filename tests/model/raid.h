@@ -1,11 +1,11 @@
 // What the RAID kinds share: the lock, the marker of the simulation, the dumps.
 #pragma once
 
-#include <optional>
 #include <string>
 #include <vector>
 
 #include "model/choices.h"
+#include "model/lock.h"
 #include "model/reply.h"
 #include "model/world.h"
 
@@ -16,15 +16,6 @@ inline constexpr char kSimulationMarker[] = "/debug/mctool_storage_debug";
 inline constexpr char kRecordMarker[] = "/var/mctool_stordebug";
 
 inline constexpr int32_t kTooLarge = -13;
-inline constexpr int32_t kUnavailable = -35;
-inline constexpr int32_t kNoData = -37;
-
-// What comes of locking and opening a kind's store file.
-struct LockedFile {
-  int32_t status;
-  FileFacts facts = {};
-  std::optional<Stream> stream = {};  // of the kind's own file
-};
 
 // A path of null opens the lock file alone, which then is the data.
 LockedFile lock_and_open(World &world, const char *path);
@@ -39,8 +30,5 @@ void dump_list(World &world, const std::string &marker, const std::string &title
 
 // "Data length(%d) larger than %d", from an entry point or a retrieval.
 void trace_too_large(World &world, const std::string &function, int line, uint32_t needed, uint32_t granted);
-
-// The lock file's content for kinds that have a store file of their own.
-tests::Bytes lock_file(Choices &choices);
 
 }  // namespace model

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "host/bytes.h"
+#include "host/reply_buffer.h"
 
 namespace model {
 
@@ -50,6 +51,7 @@ class World {
   int trace_level = 0;
   bool uses_cmclog = false;
   bool has_trace_stream = true;
+  tests::HostReplyBuffer *host = nullptr;  // is asked for more also when it passed no buffer
 
   // Begins a call: the faults are counted from here.
   void begin_call();
