@@ -19,7 +19,9 @@ constexpr const char *kLibcFunctions[] = {"fopen",   "stat",    "fileno", "flock
                                           "fclose",  "fprintf", "fflush", "malloc", "calloc",
                                           "realloc", "unlink",  "fscanf", "syslog", "localtime_r"};
 
-constexpr int kErrors = EHWPOISON + 1;  // the last one; the first one, 0, leaves errno alone
+constexpr int kTellingErrors[] = {ENOMEM, ENOENT, EINTR, EIO};  // those that a program may tell from others
+constexpr int kErrors = EHWPOISON + 1;                          // 0 leaves errno alone
+constexpr int kFirstCalls = 8;
 constexpr uint32_t kLargestBuffer = 4u << 20;
 constexpr size_t kSummaryLists = 2;  // of a kind, and a target calls one kind
 
@@ -65,9 +67,12 @@ void FuzzHost::disturb(const std::string &torn_file, Choices &choices) {
   const uint8_t how = choices.byte();
   Disturbance disturbance;
   disturbance.function = kLibcFunctions[choices.below(std::size(kLibcFunctions))];
-  disturbance.nth = 1 + choices.byte();
+  const uint8_t nth = choices.byte();
+  disturbance.nth = 1 + (nth < 192 ? nth % kFirstCalls : nth);
   disturbance.again = how & 1;
-  disturbance.verdict = {.fails = (how & 6) != 6, .error = choices.byte() % kErrors};
+  const uint8_t error = choices.byte();
+  disturbance.verdict = {.fails = (how & 6) != 6,
+                         .error = error < 128 ? kTellingErrors[error % std::size(kTellingErrors)] : error % kErrors};
   if ((how & 24) == 24) {
     disturbance.torn_file = torn_file;
     disturbance.torn_size = choices.number();

@@ -46,7 +46,7 @@ class GivenItems {
 
 inline const char *given_path(Choices &choices) {
   static const std::string kTooLong(400, '/');
-  const char *const paths[] = {"/var", "/nowhere", kTooLong.c_str(), nullptr};
+  const char *const paths[] = {"/var", "/text.txt", "/nowhere", kTooLong.c_str(), nullptr};
   return paths[choices.below(std::size(paths))];
 }
 
@@ -71,6 +71,7 @@ struct Given {
   uint8_t *reply() const { return flags & 1 ? nullptr : reply_memory.get(); }
   FILE *stream() const { return flags & 2 ? nullptr : outfp; }
   const char *title() const { return flags & 4 ? nullptr : "title"; }
+  char *out() const { return flags & 4 ? nullptr : text.get(); }
   int32_t number() const { return flags >> 3; }
 
   GivenItems<Record> records;

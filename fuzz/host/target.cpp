@@ -11,7 +11,9 @@
 namespace fuzz {
 namespace {
 
-constexpr size_t kLongestStore = 1u << 20;
+constexpr size_t kMostRecords = 260;  // enough for a count of eight bits to wrap
+
+constexpr size_t kBeyond32Bits = size_t{1} << 32;
 
 // Times of a file: those that a clock may show, and those for which there is no text.
 constexpr time_t kTimes[] = {
@@ -36,9 +38,10 @@ class Story {
   void disturb() { host_.disturb(target_.facts.store_path, choices_); }
   void trace() { host_.set_trace(choices_); }
   void call();
-  void help() { target_.help(host_, choices_); }
+  void help();
 
   size_t place_of_record();
+  void write_files();
   void write_file(const std::string &path, bool exists, const std::string &content);
 
   const Target &target_;
@@ -75,11 +78,12 @@ void Story::patch_store() {
 
 void Story::resize_store() { store_.resize(choices_.number()); }
 
-// As often as makes a count wrap.
+// A few times; now and then as often as makes a count wrap, which takes its time.
 void Story::repeat_record() {
   const std::string record = store_.substr(place_of_record(), target_.record_size);
-  const size_t times = choices_.byte();
-  for (size_t i = 0; i < times && store_.size() < kLongestStore; ++i) store_ += record;
+  const uint8_t choice = choices_.byte();
+  const size_t times = choice < kMostRecords - 10 ? choice % 4 : kMostRecords;
+  for (size_t i = 0; i < times && store_.size() < kMostRecords * target_.record_size; ++i) store_ += record;
 }
 
 void Story::drop_record() { store_.erase(place_of_record(), target_.record_size); }
@@ -105,19 +109,31 @@ void Story::write_file(const std::string &path, bool exists, const std::string &
     host_.files.remove(path);
 }
 
-void Story::call() {
+void Story::write_files() {
   if (target_.facts.lock_path != target_.facts.store_path) write_file(target_.facts.lock_path, lock_exists_, "");
   write_file(target_.facts.store_path, store_exists_, store_);
+}
 
-  const uint8_t which = choices_.below(3);
+void Story::call() {
+  write_files();
+  enum Function { kFull, kDelta, kRetrieve, kFullOfHugeFile, kFunctions };
+  const uint8_t which = choices_.below(kFunctions);
+  if (which == kDelta) return host_.call_entry_point(target_.delta, 0, choices_);
+  if (which == kRetrieve) {
+    const int32_t delta = choices_.byte();
+    const auto retrieve = [&](void *ctx, uint8_t *buf, uint32_t bufsize, uint32_t *len) {
+      return target_.retrieve(ctx, buf, bufsize, len, delta);
+    };
+    return host_.call_entry_point(retrieve, 0, choices_);
+  }
+  if (which == kFullOfHugeFile) host_.files.resize(target_.facts.store_path, kBeyond32Bits + choices_.number());
   const bool simulates = host_.files.exists(kSimulation);
-  const uint32_t room_beyond = which == 0 && simulates ? target_.simulated_beyond : 0;
-  const int32_t delta = which == 2 ? choices_.byte() : 0;
-  const auto retrieve = [&](void *ctx, uint8_t *buf, uint32_t bufsize, uint32_t *len) {
-    return target_.retrieve(ctx, buf, bufsize, len, delta);
-  };
-  if (which == 2) return host_.call_entry_point(retrieve, room_beyond, choices_);
-  host_.call_entry_point(which == 0 ? target_.full : target_.delta, room_beyond, choices_);
+  host_.call_entry_point(target_.full, simulates ? target_.simulated_beyond : 0, choices_);
+}
+
+void Story::help() {
+  write_files();
+  target_.help(host_, choices_);
 }
 
 void Story::run() {

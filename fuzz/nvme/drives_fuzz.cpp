@@ -16,21 +16,21 @@ void help(fuzz::FuzzHost &host, fuzz::Choices &choices) {
   host.call([&] {
     switch (which) {
       case 0:
-        print_nvme_pdinfo(given.record(), given.stream());
+        list_nvme_physical_drives(given.path, given.other_path);
         break;
       case 1:
-        new_nvme_drive_or_modified(given.record(), given.cached.data(), given.cached.count());
+        print_nvme_pdinfo(given.record(), given.stream());
         break;
       case 2:
-        print_nvme_physicaldriveinfo(given.path, given.record());
+        new_nvme_drive_or_modified(given.record(), given.cached.data(), given.cached.count());
         break;
       case 3:
-        list_nvme_physical_drives(given.path, given.other_path);
+        print_nvme_physicaldriveinfo(given.path, given.record());
         break;
       default:
         add_deleted_nvme_drives(given.reply(), given.cur.count(), given.cur.data(), given.cached.count(),
                                 given.cached.data());
-        xmlize_nvme_phy_drive(given.reply(), given.text.get(), &size);
+        xmlize_nvme_phy_drive(given.reply(), given.out(), &size);
     }
   });
 }

@@ -15,19 +15,19 @@ void help(fuzz::FuzzHost &host, fuzz::Choices &choices) {
   host.call([&] {
     switch (which) {
       case 0:
-        print_bbuInfo(given.record(), given.stream());
+        list_bbus(given.path, given.other_path);
         break;
       case 1:
-        print_bbu_list(given.cached.data(), given.cached.count(), given.title());
+        print_bbuInfo(given.record(), given.stream());
         break;
       case 2:
-        new_bbu_or_modified(given.record(), given.cached.data(), given.cached.count());
+        print_bbu_list(given.cached.data(), given.cached.count(), given.title());
         break;
       case 3:
-        print_BBUInfo(given.path, given.record());
+        new_bbu_or_modified(given.record(), given.cached.data(), given.cached.count());
         break;
       case 4:
-        list_bbus(given.path, given.other_path);
+        print_BBUInfo(given.path, given.record());
         break;
       case 5:
         print_bbuTFMInfo(given.record());

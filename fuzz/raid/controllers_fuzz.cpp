@@ -15,19 +15,19 @@ void help(fuzz::FuzzHost &host, fuzz::Choices &choices) {
   host.call([&] {
     switch (which) {
       case 0:
-        print_ctlrinfo(given.record(), given.stream());
+        list_controllers(given.path, given.other_path);
         break;
       case 1:
-        print_ctlr_list(given.cached.data(), given.cached.count(), given.title());
+        print_ctlrinfo(given.record(), given.stream());
         break;
       case 2:
-        new_ctlr_or_modified(given.record(), given.cached.data(), given.cached.count());
+        print_ctlr_list(given.cached.data(), given.cached.count(), given.title());
         break;
       case 3:
-        print_controllerinfo(given.path, given.record());
+        new_ctlr_or_modified(given.record(), given.cached.data(), given.cached.count());
         break;
       case 4:
-        list_controllers(given.path, given.other_path);
+        print_controllerinfo(given.path, given.record());
         break;
       default:
         add_deleted_ctlrs(given.reply(), given.cur.count(), given.cur.data(), given.cached.count(),

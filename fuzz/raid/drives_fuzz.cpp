@@ -15,19 +15,19 @@ void help(fuzz::FuzzHost &host, fuzz::Choices &choices) {
   host.call([&] {
     switch (which) {
       case 0:
-        print_pdinfo(given.record(), given.stream());
+        list_physical_drives(given.path, given.other_path);
         break;
       case 1:
-        print_pd_list(given.cached.data(), given.cached.count(), given.title());
+        print_pdinfo(given.record(), given.stream());
         break;
       case 2:
-        new_drive_or_modified(given.record(), given.cached.data(), given.cached.count());
+        print_pd_list(given.cached.data(), given.cached.count(), given.title());
         break;
       case 3:
-        print_physicaldriveinfo(given.path, given.record());
+        new_drive_or_modified(given.record(), given.cached.data(), given.cached.count());
         break;
       case 4:
-        list_physical_drives(given.path, given.other_path);
+        print_physicaldriveinfo(given.path, given.record());
         break;
       default:
         add_deleted_drives(given.reply(), given.cur.count(), given.cur.data(), given.cached.count(),

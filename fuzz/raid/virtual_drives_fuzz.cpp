@@ -15,19 +15,19 @@ void help(fuzz::FuzzHost &host, fuzz::Choices &choices) {
   host.call([&] {
     switch (which) {
       case 0:
-        print_vdinfo(given.record(), given.stream());
+        list_virtual_drives(given.path, given.other_path);
         break;
       case 1:
-        print_vd_list(given.cached.data(), given.cached.count(), given.title());
+        print_vdinfo(given.record(), given.stream());
         break;
       case 2:
-        new_virtdrive_or_modified(given.record(), given.cached.data(), given.cached.count());
+        print_vd_list(given.cached.data(), given.cached.count(), given.title());
         break;
       case 3:
-        print_virtualdriveinfo(given.path, given.record());
+        new_virtdrive_or_modified(given.record(), given.cached.data(), given.cached.count());
         break;
       case 4:
-        list_virtual_drives(given.path, given.other_path);
+        print_virtualdriveinfo(given.path, given.record());
         break;
       default:
         find_deleted_virtdrives(given.reply(), given.cur.count(), given.cur.data(), given.cached.count(),
