@@ -1,7 +1,6 @@
 #include "fuzz/host/fuzz_host.h"
 
-#include <sys/file.h>
-#include <unistd.h>
+#include <poll.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -22,8 +21,8 @@ constexpr const char *kLibcFunctions[] = {"fopen",   "stat",    "fileno", "flock
 constexpr int kTellingErrors[] = {ENOMEM, ENOENT, EINTR, EIO};  // those that a program may tell from others
 constexpr int kErrors = EHWPOISON + 1;                          // 0 leaves errno alone
 constexpr int kFirstCalls = 8;
+constexpr int kMostDescriptors = 64;  // more than a run has open
 constexpr uint32_t kLargestBuffer = 4u << 20;
-constexpr size_t kSummaryLists = 2;  // of a kind, and a target calls one kind
 
 // A stream for the trace that costs no system call.
 FILE *stream_to_nowhere() {
@@ -36,11 +35,12 @@ FILE *stream_to_nowhere() {
   return fopencookie(nullptr, "w", nowhere);
 }
 
-// The lowest one that is free: it moves when a descriptor is left open.
-int next_descriptor() {
-  const int fd = dup(STDERR_FILENO);
-  close(fd);
-  return fd;
+// In one system call, since it is asked before and after each call.
+ptrdiff_t open_descriptors() {
+  struct pollfd descriptors[kMostDescriptors];
+  for (int fd = 0; fd < kMostDescriptors; ++fd) descriptors[fd] = {.fd = fd, .events = 0, .revents = 0};
+  poll(descriptors, kMostDescriptors, 0);
+  return std::ranges::count_if(descriptors, [](const auto &one) { return (one.revents & POLLNVAL) == 0; });
 }
 
 }  // namespace
@@ -101,12 +101,12 @@ void FuzzHost::call_entry_point(const std::function<host::EntryPoint> &entry_poi
   require(status == MC_STORE_SUCCESS || length == 0);
 }
 
-FuzzHost::Look::Look(FuzzHost &host) : host_(host), next_descriptor_(next_descriptor()) {}
+FuzzHost::Look::Look(FuzzHost &host) : host_(host), open_descriptors_(open_descriptors()) {}
 
 FuzzHost::Look::~Look() {
-  require(next_descriptor() == next_descriptor_);
+  require(open_descriptors() == open_descriptors_);
   require(!host_.files.any_is_locked());
-  require(host_.memory_.size() <= kSummaryLists);
+  for (const void *block : host_.memory_) require(host_.plugin_.points_to(block));
   host_.disturbances_.clear();
 }
 

@@ -60,7 +60,7 @@ class FuzzHost : private host::LibcWatcher, private host::ReplyOwner {
     size_t torn_size;
   };
 
-  // At its end, aborts on what no call may leave behind: a lock, an open descriptor, memory that no list has.
+  // At its end, aborts on what no call may leave behind: a lock, an open descriptor, memory that it has lost.
   class Look {
    public:
     explicit Look(FuzzHost &host);
@@ -70,7 +70,7 @@ class FuzzHost : private host::LibcWatcher, private host::ReplyOwner {
 
    private:
     FuzzHost &host_;
-    int next_descriptor_;
+    ptrdiff_t open_descriptors_;
   };
 
   struct Buffer {

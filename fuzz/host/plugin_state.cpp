@@ -68,6 +68,15 @@ void PluginState::restore() const {
     copy_past_sanitizers(variables_[i].data(), initial_[i].data(), initial_[i].size());
 }
 
+[[clang::no_sanitize("address")]] bool PluginState::points_to(const void *block) const {
+  for (const std::span<char> section : variables_) {
+    const auto *const words = reinterpret_cast<const void *const *>(section.data());
+    for (size_t word = 0; word < section.size() / sizeof *words; ++word)
+      if (words[word] == block) return true;
+  }
+  return false;
+}
+
 bool PluginState::has_code(const void *place) const { return object_with(place).dli_fbase == base_; }
 
 }  // namespace fuzz

@@ -16,6 +16,9 @@ class PluginState {
   // Sets them to what they were. Memory that they owned is the caller's to free.
   void restore() const;
 
+  // Does one of them point to this block?
+  bool points_to(const void *block) const;
+
   // Is this place in its code?
   bool has_code(const void *place) const;
 
