@@ -1,8 +1,6 @@
 #include "fuzz/host/target.h"
 
 #include <algorithm>
-#include <array>
-#include <cstring>
 #include <iterator>
 #include <limits>
 
@@ -12,7 +10,6 @@ namespace fuzz {
 namespace {
 
 constexpr size_t kMostRecords = 260;  // enough for a count of eight bits to wrap
-
 constexpr size_t kBeyond32Bits = size_t{1} << 32;
 
 // Times of a file: those that a clock may show, and those for which there is no text.
