@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 #include <limits>
+#include <string>
 
 #include "mcserver_storage.h"
 
@@ -107,8 +108,10 @@ void Story::write_file(const std::string &path, bool exists, const std::string &
 }
 
 void Story::write_files() {
-  if (target_.facts.lock_path != target_.facts.store_path) write_file(target_.facts.lock_path, lock_exists_, "");
-  write_file(target_.facts.store_path, store_exists_, store_);
+  const std::string lock = target_.facts.lock_path;
+  const std::string store = target_.facts.store_path;  // may be the lock itself
+  if (lock != store) write_file(lock, lock_exists_, "");
+  write_file(store, store_exists_, store_);
 }
 
 void Story::call() {
