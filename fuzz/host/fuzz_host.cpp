@@ -1,123 +1,151 @@
 #include "fuzz/host/fuzz_host.h"
 
-#include <fcntl.h>
-#include <sys/file.h>
-#include <sys/stat.h>
-#include <unistd.h>
+#include <poll.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <iterator>
 
+#include "fuzz/host/require.h"
 #include "mcserver_storage.h"
 
 namespace fuzz {
 namespace {
 
-// More than a run has open. A descriptor beyond it tells that some are leaking.
-constexpr int kMostDescriptors = 64;
+// Those that the host sees, and can make fail.
+constexpr const char *kLibcFunctions[] = {"fopen",   "stat",    "fileno", "flock",  "fread",
+                                          "fclose",  "fprintf", "fflush", "malloc", "calloc",
+                                          "realloc", "unlink",  "fscanf", "syslog", "localtime_r"};
+
+constexpr int kTellingErrors[] = {ENOMEM, ENOENT, EINTR, EIO};  // those that a program may tell from others
+constexpr int kErrors = EHWPOISON + 1;                          // 0 leaves errno alone
+constexpr int kFirstCalls = 8;
+constexpr int kMostDescriptors = 64;  // more than a run has open
+constexpr uint32_t kLargestBuffer = 4u << 20;
+
+// A stream for the trace that costs no system call.
+FILE *stream_to_nowhere() {
+  const cookie_io_functions_t nowhere = {
+      .read = nullptr,
+      .write = [](void *, const char *, size_t size) { return static_cast<ssize_t>(size); },
+      .seek = nullptr,
+      .close = nullptr,
+  };
+  return fopencookie(nullptr, "w", nowhere);
+}
+
+// In one system call, since it is asked before and after each call.
+ptrdiff_t open_descriptors() {
+  struct pollfd descriptors[kMostDescriptors];
+  for (int fd = 0; fd < kMostDescriptors; ++fd) descriptors[fd] = {.fd = fd, .events = 0, .revents = 0};
+  poll(descriptors, kMostDescriptors, 0);
+  return std::ranges::count_if(descriptors, [](const auto &one) { return (one.revents & POLLNVAL) == 0; });
+}
 
 }  // namespace
 
-uint8_t Choices::byte() {
-  if (left_ == 0) return 0;
-  --left_;
-  return *data_++;
-}
-
-std::string Choices::bytes(size_t count) {
-  const size_t taken = std::min(count, left_);
-  std::string result(data_, data_ + taken);
-  data_ += taken;
-  left_ -= taken;
-  return result;
-}
-
-FuzzHost::FuzzHost(const std::string &plugin_path) : plugin_(plugin_path) {
-  std::string pattern = "/tmp/mcserver_storage_fuzz.XXXXXX";
-  if (!mkdtemp(pattern.data())) abort();
-  root_ = pattern;
-  mc_debug_level = 9;
-  outfp = fopen("/dev/null", "w");
-}
-
-FuzzHost::~FuzzHost() { std::filesystem::remove_all(root_); }
+FuzzHost::FuzzHost() { outfp = stream_to_nowhere(); }
 
 void FuzzHost::start_over() {
-  std::filesystem::remove_all(root_);
-  faults_ = nullptr;
+  files.clear();
+  for (void *block : memory_) free(block);
+  memory_.clear();
+  plugin_.restore();
+  disturbances_.clear();
+  mc_debug_level = 9;
+  use_cmclog = 0;
 }
 
-void FuzzHost::write(const std::string &path, const std::string &content) {
-  std::filesystem::create_directories(std::filesystem::path(root_ + path).parent_path());
-  std::ofstream(root_ + path, std::ios::binary) << content;
-  struct timespec times[2] = {};
-  times[0].tv_sec = times[1].tv_sec = static_cast<time_t>(++clock_);
-  utimensat(AT_FDCWD, (root_ + path).c_str(), times, 0);
+void FuzzHost::set_trace(Choices &choices) {
+  const uint8_t how = choices.byte();
+  mc_debug_level = how & 1 ? 9 : 2;
+  use_cmclog = (how >> 1) & 1;
 }
 
-void FuzzHost::remove(const std::string &path) { std::filesystem::remove_all(root_ + path); }
-
-void FuzzHost::fail_one_in(uint8_t rate, Choices *choices) {
-  fault_rate_ = rate;
-  faults_ = rate > 0 ? choices : nullptr;
+void FuzzHost::disturb(const std::string &torn_file, Choices &choices) {
+  const uint8_t how = choices.byte();
+  Disturbance disturbance;
+  disturbance.function = kLibcFunctions[choices.below(std::size(kLibcFunctions))];
+  const uint8_t nth = choices.byte();
+  disturbance.nth = 1 + (nth < 192 ? nth % kFirstCalls : nth);
+  disturbance.again = how & 1;
+  const uint8_t error = choices.byte();
+  disturbance.verdict = {.fails = (how & 6) != 6,
+                         .error = error < 128 ? kTellingErrors[error % std::size(kTellingErrors)] : error % kErrors};
+  if ((how & 24) == 24) {
+    disturbance.torn_file = torn_file;
+    disturbance.torn_size = choices.number();
+  }
+  disturbances_.push_back(disturbance);
 }
 
-void FuzzHost::call(const std::string &entry_point, uint32_t size, Choices &choices) {
-  auto *const function = plugin_.function<host::EntryPoint>(entry_point);
-  buffer_ = std::vector<uint8_t>(size, 0xA5);
-  buffer_.shrink_to_fit();
+void FuzzHost::call_entry_point(const std::function<host::EntryPoint> &entry_point, uint32_t room_beyond,
+                                Choices &choices) {
   choices_ = &choices;
+  room_beyond_ = room_beyond;
+  buffers_.clear();
+  const uint32_t size = choices.number();
+  const uint8_t nulls = choices.byte();
+  uint8_t *const buffer =
+      nulls == 1 ? buffers_.emplace_back(Buffer{nullptr, size}).bytes.get() : new_buffer(size, 0xA5);
   uint32_t length = 0;
-  int32_t status;
-  {
-    const host::PluginScope scope(*this);
-    status = function(static_cast<host::ReplyOwner *>(this), buffer_.data(), size, &length);
-  }
+  uint32_t *const length_out = nulls == 2 ? nullptr : &length;
+  const int32_t status =
+      call([&] { return entry_point(static_cast<host::ReplyOwner *>(this), buffer, size, length_out); });
 
-  constexpr int32_t kResults[] = {0, -13, -35, -37, -4, 35};
-  if (std::find(std::begin(kResults), std::end(kResults), status) == std::end(kResults)) abort();
-  if (status == 0 ? length > buffer_.size() : length != 0) abort();
-  for (const char *lock_file : {"/var/storctlr_info", "/var/nvmectlr_info"}) {
-    const int fd = open((root_ + lock_file).c_str(), O_RDONLY | O_CLOEXEC);
-    if (fd == -1) continue;
-    if (flock(fd, LOCK_EX | LOCK_NB) != 0) abort();
-    if (fd > kMostDescriptors) abort();
-    close(fd);
-  }
+  constexpr int32_t kResults[] = {MC_STORE_SUCCESS, MC_STORE_REPLY_TOO_LARGE, MC_STORE_UNAVAILABLE,
+                                  MC_STORE_NO_DATA, MC_STORE_NO_BUFFER,       MC_STORE_NO_IMAGE};
+  require(std::ranges::find(kResults, status) != std::end(kResults));
+  require(length <= buffers_.back().size + room_beyond_);
+  require(status == MC_STORE_SUCCESS || length == 0);
 }
 
-void FuzzHost::decode(const std::string &decoder, const char *input_dir, const char *output_dir) {
-  auto *const function = plugin_.function<int(const char *, const char *)>(decoder);
-  {
-    const host::PluginScope scope(*this);
-    function(input_dir, output_dir);
-  }
-  const int fd = open(root_.c_str(), O_RDONLY | O_CLOEXEC);
-  if (fd > kMostDescriptors) abort();
-  close(fd);
+FuzzHost::Look::Look(FuzzHost &host) : host_(host), open_descriptors_(open_descriptors()) {}
+
+FuzzHost::Look::~Look() {
+  require(open_descriptors() == open_descriptors_);
+  require(!host_.files.any_is_locked());
+  for (const void *block : host_.memory_) require(host_.plugin_.points_to(block));
+  host_.disturbances_.clear();
 }
 
 host::Verdict FuzzHost::before(const std::string &function, const std::string &) {
-  if (!faults_ || faults_->exhausted() || faults_->byte() % fault_rate_ != 0) return {};
-  // Without an unlock the lock would rightly be kept.
-  if (function == "flock") return {};
-  return {.fails = true, .error = function.ends_with("alloc") ? ENOMEM : EIO};
+  host::Verdict verdict;
+  for (Disturbance &disturbance : disturbances_) {
+    if (disturbance.function != function || --disturbance.nth > 0) continue;
+    if (disturbance.nth < 0 && !disturbance.again) continue;
+    verdict = disturbance.verdict;
+    files.resize(disturbance.torn_file, disturbance.torn_size);
+  }
+  return verdict;
+}
+
+void FuzzHost::on_memory(void *given_back, void *taken, const void *caller) {
+  std::erase(memory_, given_back);
+  if (taken && plugin_.has_code(caller)) memory_.push_back(taken);
 }
 
 uint8_t *FuzzHost::grow(uint32_t size, uint32_t *available) {
-  const uint8_t choice = choices_->byte() % 4;
-  if (choice == 1) return nullptr;
-  if (choice == 2 || size > (64u << 20)) {
-    *available = static_cast<uint32_t>(buffer_.size());
-    return buffer_.data();
+  enum Answer { kMove, kRefuse, kNull, kSayNothing, kGrantLess, kAnswers };
+  const auto answer = static_cast<Answer>(choices_->below(kAnswers));
+  if (answer == kNull) return nullptr;
+  if (answer == kRefuse || size > kLargestBuffer) {
+    *available = buffers_.back().size;
+    return buffers_.back().bytes.get();
   }
-  buffer_ = std::vector<uint8_t>(size, 0x5A);
-  if (choice != 3) *available = size;
-  return buffer_.data();
+  const uint32_t granted = answer == kGrantLess ? size - 1 : size;
+  if (answer != kSayNothing) *available = granted;
+  return new_buffer(granted, 0x5A);
+}
+
+uint8_t *FuzzHost::new_buffer(uint32_t size, uint8_t fill) {
+  if (room_beyond_ == 0) buffers_.clear();
+  const uint32_t whole = size + room_beyond_;
+  uint8_t *const bytes =
+      buffers_.emplace_back(Buffer{std::make_unique_for_overwrite<uint8_t[]>(whole), size}).bytes.get();
+  std::fill_n(bytes, whole, fill);
+  return bytes;
 }
 
 }  // namespace fuzz

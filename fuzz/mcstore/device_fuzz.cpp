@@ -3,10 +3,10 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 
+#include "fuzz/host/require.h"
 #include "mcstore/health/judge.h"
 #include "mcstore/inventory/inventory.h"
 #include "mcstore/json/store_content.h"
@@ -18,12 +18,9 @@
 #include "mcstore/views/xml.h"
 
 using namespace mcstore;
+using fuzz::require;
 
 namespace {
-
-void require(bool is_so) {
-  if (!is_so) abort();
-}
 
 void require_printable(const std::string &text) {
   require(std::ranges::all_of(text, [](char c) { return c == '\n' || (c >= 0x20 && c < 0x7F); }));

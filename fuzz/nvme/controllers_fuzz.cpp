@@ -1,28 +1,38 @@
 // Fuzzes NVMe controllers and switches.
 
-#include <algorithm>
+#include <cstddef>
 
+#include "fuzz/host/given.h"
 #include "fuzz/host/target.h"
 #include "mcserver_storage.h"
 #include "records/nvme_controller_record.h"
 
 namespace {
 
-// A store file whose records differ little from one call to the next, so that some are known, modified and gone; now
-// and then one without any NUL, or of any name.
-std::string store_file(fuzz::Choices &choices) {
-  std::string file = choices.bytes(1);
-  const int records = choices.byte() % 8;
-  for (int i = 0; i < records; ++i) {
-    NvmeCtlrInfo record = {};
-    record.controller_name[0] = static_cast<char>(choices.byte() % 4);
-    record.mod_timestamp = choices.byte() % 4;
-    const uint8_t special = choices.byte() % 4;
-    if (special == 2) std::ranges::copy(std::string("NVME-MSWITCH"), record.controller_type);
-    if (special == 3) std::ranges::copy(choices.bytes(sizeof record.controller_name), record.controller_name);
-    file += special == 1 ? fuzz::record_filled_with<NvmeCtlrInfo>(choices.byte()) : fuzz::bytes_of(record);
-  }
-  return file + choices.bytes(choices.byte());
+void help(fuzz::FuzzHost &host, fuzz::Choices &choices) {
+  const fuzz::Given<NvmeCtlrInfo, NvmeCtlrSummary, NvmeCtlrImageHeader> given(choices);
+  uint32_t size = given.text_size;
+  const uint8_t which = choices.below(5);
+  host.call([&] {
+    switch (which) {
+      case 0:
+        list_nvme_controllers(given.path, given.other_path);
+        break;
+      case 1:
+        print_nvme_ctlrinfo(given.record(), given.stream());
+        break;
+      case 2:
+        new_nvme_ctlr_or_modified(given.record(), given.cached.data(), given.cached.count());
+        break;
+      case 3:
+        print_nvme_controllerinfo(given.path, given.record());
+        break;
+      default:
+        add_deleted_nvme_ctlrs(given.reply(), given.cur.count(), given.cur.data(), given.cached.count(),
+                               given.cached.data());
+        xmlize_nvme_controller(given.reply(), given.out(), &size);
+    }
+  });
 }
 
 }  // namespace
@@ -30,15 +40,14 @@ std::string store_file(fuzz::Choices &choices) {
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
   static const fuzz::Target kTarget = {
       .facts = mcserver::records::kNvmeControllerFacts,
-      .empty_store = fuzz::record_filled_with<mcserver::records::NvmeControllerFileHeader>(0),
-      .store_file = store_file,
-      .record_marker = nullptr,
-      .list_marker = nullptr,
-      .other_path = nullptr,
-      .other_file = nullptr,
-      .full = "mc_get_nvme_controller",
-      .delta = "mc_event_nvme_controller",
-      .buffer_step = 64,
+      .header_size = sizeof(mcserver::records::NvmeControllerFileHeader),
+      .record_size = sizeof(NvmeCtlrInfo),
+      .stamp = offsetof(NvmeCtlrInfo, mod_timestamp),
+      .switches = {fuzz::kSimulation},  // which these kinds do not heed
+      .full = mc_get_nvme_controller,
+      .delta = mc_event_nvme_controller,
+      .retrieve = get_nvme_controller_info,
+      .help = help,
   };
-  return fuzz::fuzz_target(kTarget, data, size);
+  return fuzz::run(kTarget, data, size);
 }

@@ -1,34 +1,41 @@
-// Fuzzes BBUs; the other file is the flash module's image.
+// Fuzzes BBUs.
 
+#include <cstddef>
+
+#include "fuzz/host/given.h"
 #include "fuzz/host/target.h"
 #include "mcserver_storage.h"
 #include "records/bbu_record.h"
 
 namespace {
 
-constexpr size_t kImageSize = 128;
-
-// A store file whose records differ little from one call to the next, so that some are known and modified.
-std::string store_file(fuzz::Choices &choices) {
-  std::string file;
-  const int records = choices.byte() % 8;
-  for (int i = 0; i < records; ++i) {
-    StorBbuInfo record = {};
-    record.controller_index = choices.byte() % 4;
-    record.capacitor = choices.byte() % 2;
-    record.modified_timestamp = choices.byte() % 4;
-    const bool is_of_one_byte = choices.byte() % 4 == 0;
-    file += is_of_one_byte ? fuzz::record_filled_with<StorBbuInfo>(choices.byte()) : fuzz::bytes_of(record);
-  }
-  return file + choices.bytes(choices.byte());
-}
-
-// A whole image of any content; now and then a short one.
-std::string image(fuzz::Choices &choices) {
-  const bool is_short = choices.byte() % 8 == 0;
-  std::string bytes = choices.bytes(is_short ? choices.byte() : kImageSize);
-  if (!is_short) bytes.resize(kImageSize);
-  return bytes;
+void help(fuzz::FuzzHost &host, fuzz::Choices &choices) {
+  const fuzz::Given<StorBbuInfo, BbuSummary, BbuReplyHeader> given(choices);
+  const uint8_t which = choices.below(7);
+  host.call([&] {
+    switch (which) {
+      case 0:
+        list_bbus(given.path, given.other_path);
+        break;
+      case 1:
+        print_bbuInfo(given.record(), given.stream());
+        break;
+      case 2:
+        print_bbu_list(given.cached.data(), given.cached.count(), given.title());
+        break;
+      case 3:
+        new_bbu_or_modified(given.record(), given.cached.data(), given.cached.count());
+        break;
+      case 4:
+        print_BBUInfo(given.path, given.record());
+        break;
+      case 5:
+        print_bbuTFMInfo(given.record());
+        break;
+      default:
+        read_tarvo_tfm_vpd(given.record(), given.number());
+    }
+  });
 }
 
 }  // namespace
@@ -36,15 +43,14 @@ std::string image(fuzz::Choices &choices) {
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
   static const fuzz::Target kTarget = {
       .facts = mcserver::records::kBbuFacts,
-      .empty_store = "",
-      .store_file = store_file,
-      .record_marker = "/var/mctool_stordebug",
-      .list_marker = "/var/mctool_bbudebug",
-      .other_path = "/var/log/TFM_FRU.bin",
-      .other_file = image,
-      .full = "mc_get_store_bbu",
-      .delta = "mc_delta_store_bbu",
-      .buffer_step = 16,
+      .record_size = sizeof(StorBbuInfo),
+      .stamp = offsetof(StorBbuInfo, modified_timestamp),
+      .switches = {fuzz::kSimulation, "/var/mctool_stordebug", "/var/mctool_bbudebug",
+                   mcserver::records::kFlashModulePath},
+      .full = mc_get_store_bbu,
+      .delta = mc_delta_store_bbu,
+      .retrieve = get_store_bbu,
+      .help = help,
   };
-  return fuzz::fuzz_target(kTarget, data, size);
+  return fuzz::run(kTarget, data, size);
 }

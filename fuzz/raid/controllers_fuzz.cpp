@@ -1,26 +1,39 @@
-// Fuzzes RAID controllers; the other file names the server.
+// Fuzzes RAID controllers.
 
+#include <cstddef>
+
+#include "fuzz/host/given.h"
 #include "fuzz/host/target.h"
 #include "mcserver_storage.h"
 #include "records/controller_record.h"
 
 namespace {
 
-// A store file whose records differ little from one call to the next, so that some are known, modified and gone.
-std::string store_file(fuzz::Choices &choices) {
-  std::string file = choices.bytes(1);
-  const int records = choices.byte() % 8;
-  for (int i = 0; i < records; ++i) {
-    StorCtlrInfo record = {};
-    record.index = choices.byte() % 4;
-    record.is_supported = 1;
-    record.serial_number[0] = static_cast<char>(choices.byte() % 4);
-    record.vendor_id = record.device_id = record.subvendor_id = record.subdevice_id = 0x0101;
-    record.mod_timestamp = choices.byte() % 4;
-    const bool is_of_one_byte = choices.byte() % 4 == 0;
-    file += is_of_one_byte ? fuzz::record_filled_with<StorCtlrInfo>(choices.byte()) : fuzz::bytes_of(record);
-  }
-  return file + choices.bytes(choices.byte());
+void help(fuzz::FuzzHost &host, fuzz::Choices &choices) {
+  const fuzz::Given<StorCtlrInfo, CtlrSummary, StoreReplyHeader> given(choices);
+  const uint8_t which = choices.below(6);
+  host.call([&] {
+    switch (which) {
+      case 0:
+        list_controllers(given.path, given.other_path);
+        break;
+      case 1:
+        print_ctlrinfo(given.record(), given.stream());
+        break;
+      case 2:
+        print_ctlr_list(given.cached.data(), given.cached.count(), given.title());
+        break;
+      case 3:
+        new_ctlr_or_modified(given.record(), given.cached.data(), given.cached.count());
+        break;
+      case 4:
+        print_controllerinfo(given.path, given.record());
+        break;
+      default:
+        add_deleted_ctlrs(given.reply(), given.cur.count(), given.cur.data(), given.cached.count(),
+                          given.cached.data());
+    }
+  });
 }
 
 }  // namespace
@@ -28,15 +41,16 @@ std::string store_file(fuzz::Choices &choices) {
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
   static const fuzz::Target kTarget = {
       .facts = mcserver::records::kControllerFacts,
-      .empty_store = fuzz::record_filled_with<mcserver::records::ControllerFileHeader>(0),
-      .store_file = store_file,
-      .record_marker = "/var/mctool_stordebug",
-      .list_marker = "/var/mctool_ctlrdebug",
-      .other_path = "/etc/product",
-      .other_file = [](fuzz::Choices &choices) { return choices.bytes(choices.byte() % 80); },
-      .full = "mc_get_store_ctrls",
-      .delta = "mc_delta_store_ctrls",
-      .buffer_step = 256,
+      .header_size = sizeof(mcserver::records::ControllerFileHeader),
+      .record_size = sizeof(StorCtlrInfo),
+      .stamp = offsetof(StorCtlrInfo, mod_timestamp),
+      .switches = {fuzz::kSimulation, "/var/mctool_stordebug", "/var/mctool_ctlrdebug", "/etc/product"},
+      .full = mc_get_store_ctrls,
+      .delta = mc_delta_store_ctrls,
+      .retrieve = get_store_ctrls,
+      // The whole reply is written to the buffer that was passed in, even when it was replaced by a larger one.
+      .simulated_beyond = sizeof(StoreReplyHeader) + 2 * sizeof(StorCtlrInfo),
+      .help = help,
   };
-  return fuzz::fuzz_target(kTarget, data, size);
+  return fuzz::run(kTarget, data, size);
 }

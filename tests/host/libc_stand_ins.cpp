@@ -18,19 +18,29 @@ LibcWatcher *watcher_suspended_by(const HostScope &scope) { return dynamic_cast<
 
 namespace {
 
+void tell_that_is_given_back(void *block, const void *caller) {
+  const HostScope not_the_plugin;
+  if (LibcWatcher *const watcher = watcher_suspended_by(not_the_plugin)) watcher->on_memory(block, nullptr, caller);
+}
+
 // One call on its way through. While it lives, what it calls itself is not seen.
 class Call {
  public:
   explicit Call(const char *function, const char *detail = "") : entry_errno_(errno) {
-    LibcWatcher *const watcher = watcher_suspended_by(scope_);
-    if (!watcher) return;
-    if (detail && detail[0] == '/') path_ = watcher->real_path(detail);
-    verdict_ = watcher->before(function, detail ? detail : "");
+    if (!watcher_) return;
+    if (detail && detail[0] == '/') path_ = watcher_->real_path(detail);
+    verdict_ = watcher_->before(function, detail ? detail : "");
     errno = entry_errno_;
   }
 
   bool fails() const { return verdict_.fails; }
   const char *path(const char *own) const { return path_.empty() ? own : path_.c_str(); }
+
+  // Tells of a block that was taken, perhaps in place of another one.
+  void *taken(void *block, const void *caller, void *given_back = nullptr) const {
+    if (watcher_ && block) watcher_->on_memory(given_back, block, caller);
+    return block;
+  }
 
   // The result, with errno as the verdict wants it.
   template <typename Result>
@@ -41,6 +51,7 @@ class Call {
 
  private:
   HostScope scope_;
+  LibcWatcher *watcher_ = watcher_suspended_by(scope_);
   int entry_errno_;
   Verdict verdict_;
   std::string path_;
@@ -57,13 +68,17 @@ SANITIZER_VERSION(size_t, fread, void *, size_t, size_t, FILE *)
 SANITIZER_VERSION(void *, malloc, size_t)
 SANITIZER_VERSION(void *, calloc, size_t, size_t)
 SANITIZER_VERSION(void *, realloc, void *, size_t)
+SANITIZER_VERSION(void, free, void *)
 
 // libc's own allocator by its second names: looking the first ones up would need memory.
 extern "C" void *__libc_malloc(size_t);
 extern "C" void *__libc_calloc(size_t, size_t);
 extern "C" void *__libc_realloc(void *, size_t);
+extern "C" void __libc_free(void *);
 
 #define REAL_ALLOCATOR(name) (__interceptor_##name ? __interceptor_##name : __libc_##name)
+
+#define CALLER __builtin_return_address(0)
 
 using host::Call;
 
@@ -159,19 +174,24 @@ int flock(int fd, int operation) noexcept {
 void *malloc(size_t size) noexcept {
   if (!host::in_plugin()) return REAL_ALLOCATOR(malloc)(size);
   const Call call("malloc");
-  return call.end(call.fails() ? nullptr : REAL_ALLOCATOR(malloc)(size));
+  return call.end(call.fails() ? nullptr : call.taken(REAL_ALLOCATOR(malloc)(size), CALLER));
 }
 
 void *calloc(size_t count, size_t size) noexcept {
   if (!host::in_plugin()) return REAL_ALLOCATOR(calloc)(count, size);
   const Call call("calloc");
-  return call.end(call.fails() ? nullptr : REAL_ALLOCATOR(calloc)(count, size));
+  return call.end(call.fails() ? nullptr : call.taken(REAL_ALLOCATOR(calloc)(count, size), CALLER));
 }
 
 void *realloc(void *block, size_t size) noexcept {
   if (!host::in_plugin()) return REAL_ALLOCATOR(realloc)(block, size);
   const Call call("realloc");
-  return call.end(call.fails() ? nullptr : REAL_ALLOCATOR(realloc)(block, size));
+  return call.end(call.fails() ? nullptr : call.taken(REAL_ALLOCATOR(realloc)(block, size), CALLER, block));
+}
+
+void free(void *block) noexcept {
+  if (host::in_plugin()) host::tell_that_is_given_back(block, CALLER);
+  REAL_ALLOCATOR(free)(block);
 }
 
 // -------------------------------------------------------------------------------------------------------------- time

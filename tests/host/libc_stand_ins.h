@@ -32,6 +32,10 @@ class LibcWatcher : public Redirection {
   // A line for the system log, formatted, instead of syslog itself.
   virtual void on_syslog(int priority, const std::string &line) = 0;
 
+  // A block that was given back, one that was taken, or, where it was resized, both; null for none. libc takes memory
+  // too, for itself: `caller` is where the call comes from.
+  virtual void on_memory(void * /*given_back*/, void * /*taken*/, const void * /*caller*/) {}
+
  private:
   std::optional<std::string> resolve(const char *function, const std::string &path) final;
   void log(int priority, const std::string &line) final;
