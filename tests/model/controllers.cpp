@@ -410,7 +410,7 @@ Bytes controller(Choices &choices) {
   }
   if (choices.one_in(6)) record.put(255 + 2 * choices.below(4), tests::little_endian().u16(0));
   record.put(104, tests::little_endian().u8(choices.one_of({1, 0, 2})));
-  record.put(827, tests::little_endian().u32(choices.one_of({1u, 0x80000001u})));
+  record.put(827, tests::little_endian().u32(choices.one_of({0u, 0x80000001u})));
   return record;
 }
 
