@@ -164,7 +164,12 @@ class History {
   Call next_call() {
     CallOptions options = {.growth = {growth(), growth()}, .most = kMostOfAHost};
     const bool needs_room = world_.files.contains(kind_.overrunning);
-    if (choices_.one_in(3) && !needs_room) options.size = choices_.below(choices_.one_of({32, 2000, 40000}));
+    if (choices_.one_in(3) && !needs_room) {
+      // Often enough it is a byte that decides.
+      const bool is_close = needed_before_ > 0 && choices_.one_in(3);
+      options.size =
+          is_close ? needed_before_ - 1 + choices_.below(3) : choices_.below(choices_.one_of({32, 2000, 40000}));
+    }
     options.null_buffer = choices_.one_in(40);
     Call call = {kind_.entry_points[choices_.below(static_cast<uint32_t>(kind_.entry_points.size()))], options};
     std::ostringstream about;
@@ -187,6 +192,8 @@ class History {
   void compare(const Call &call) {
     const Reply expected = expected_of(call);
     const Reply actual = machine_.call(call.entry_point, call.options);
+    const uint32_t needed = actual.requests.empty() ? actual.length : actual.requests.back();
+    if (needed < kMostOfAHost) needed_before_ = needed;
 
     differ("what no call may do", std::string(), machine_.complaints());
     differ("the result", expected.status, actual.status);
@@ -249,6 +256,7 @@ class History {
   World world_;
   std::unique_ptr<Model> model_;
   FILE *trace_stream_;
+  uint32_t needed_before_ = 0;  // how large the buffer of the call before had to be, as far as one can see
   std::string differences_;
   std::string story_;
 };
