@@ -288,7 +288,7 @@ Bytes store_file(Choices &choices) {
     Bytes record = choices.bytes(kRecord);
     record.put(0, tests::little_endian().u8(choices.below(3)));
     record.put(72, tests::little_endian().u8(choices.below(3)));
-    record.put(85, tests::little_endian().u32(choices.one_of({1u, 0x80000001u})));
+    record.put(85, tests::little_endian().u32(choices.one_of({0u, 0x80000001u})));
     file += record;
   }
   return file;
@@ -296,14 +296,14 @@ Bytes store_file(Choices &choices) {
 
 // The board area lies where an image usually has it, or anywhere; the fields' lengths are sensible, or anything.
 Bytes image(Choices &choices) {
-  Bytes image = choices.bytes(128 + choices.one_of({0u, 1u, 100u}));
+  Bytes image = choices.bytes(choices.one_of({128u, 129u, 228u, 127u}));
   const auto put = [&](size_t position, uint32_t value) { image.put(position, tests::little_endian().u8(value)); };
   if (choices.one_in(3)) {
     put(3, choices.below(256));
     return image;
   }
   put(3, 1);
-  for (size_t position = 14; position < 128;) {
+  for (size_t position = 14; position < 127;) {
     const uint32_t length = choices.one_of({0u, 5u, 15u, 16u, 17u, 20u, 63u});
     put(position, length + 64 * choices.below(4));
     position += 1 + length;

@@ -409,13 +409,13 @@ Bytes controller(Choices &choices) {
                  choices.one_of({"A", "", "a serial with its 31 characters", "a serial with its 31 characterS"}), 31));
   }
   if (choices.one_in(6)) record.put(255 + 2 * choices.below(4), tests::little_endian().u16(0));
-  record.put(104, tests::little_endian().u8(choices.one_of({1, 0, 2})));
-  record.put(827, tests::little_endian().u32(choices.one_of({1u, 0x80000001u})));
+  record.put(104, tests::little_endian().u8(choices.one_of({1u, 0u, 2u})));
+  record.put(827, tests::little_endian().u32(choices.one_of({0u, 0x80000001u})));
   return record;
 }
 
 Bytes store_file(Choices &choices) {
-  Bytes file = tests::little_endian().u8(choices.one_of({2, 2, 2, 1, 1, 0, 255}));
+  Bytes file = tests::little_endian().u8(choices.one_of({2u, 2u, 2u, 1u, 1u, 0u, 255u}));
   uint32_t records = choices.below(6);
   if (choices.one_in(100)) {  // more than the reply's count can tell
     records += 254;

@@ -180,7 +180,7 @@ class History {
       // Often enough it is a byte that decides.
       const bool is_close = needed_before_ > 0 && choices_.one_in(3);
       options.size =
-          is_close ? needed_before_ - 1 + choices_.below(3) : choices_.below(choices_.one_of({32, 2000, 40000}));
+          is_close ? needed_before_ - 1 + choices_.below(3) : choices_.below(choices_.one_of({32u, 2000u, 40000u}));
     }
     options.null_buffer = choices_.one_in(40);
     Call call = {kind_.entry_points[choices_.below(static_cast<uint32_t>(kind_.entry_points.size()))], options};
