@@ -41,12 +41,12 @@ struct TraceSite {
 int32_t answer(World &world, tests::HostReplyBuffer *buffer, const std::string &xml, uint32_t count,
                const TraceSite &failed, uint32_t *length);
 
-// A record whose texts mostly end within their fields.
+// A record whose texts end within their fields, unless they run over.
 struct TextField {
   size_t offset;
   uint32_t width;
 };
-tests::Bytes any_record(Choices &choices, size_t size, const std::vector<TextField> &texts);
+tests::Bytes any_record(Choices &choices, size_t size, const std::vector<TextField> &texts, bool runs_over);
 
 // A state, which mostly is the one in which records are compared.
 uint8_t any_state(Choices &choices);

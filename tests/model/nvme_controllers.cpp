@@ -169,8 +169,9 @@ Bytes nvme_ctlr_file(Choices &choices) {
   Bytes file = tests::little_endian().u8(any_state(choices));
   // More than 255 wrap the count.
   const uint32_t records = choices.one_in(40) ? 250 + choices.below(20) : choices.below(8);
+  const bool texts_run_over = choices.one_in(5);
   for (uint32_t i = 0; i < records; ++i) {
-    Bytes record = any_record(choices, kNvmeCtlrRecord, kNvmeCtlrTexts);
+    Bytes record = any_record(choices, kNvmeCtlrRecord, kNvmeCtlrTexts, texts_run_over);
     const auto put = [&](size_t offset, size_t width, std::initializer_list<const char *> texts) {
       record.put(offset, tests::little_endian().text(choices.one_of(texts), width));
     };
