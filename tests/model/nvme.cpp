@@ -43,7 +43,7 @@ std::string status_word(uint8_t status) {
   return word({"Unknown", "Optimal", "Unresponsive", "Moderate_Fault", "Severe_Fault", "Deleted", "Degraded"}, status);
 }
 
-std::string summary(const std::string &element, uint32_t count, uint8_t state) {
+std::string xml_summary(const std::string &element, uint32_t count, uint8_t state) {
   return "<" + element + "-summary count=\"" + std::to_string(count) + "\" state=\"" + state_word(state) + "\" />";
 }
 

@@ -30,7 +30,7 @@ std::string state_word(uint8_t state);
 std::string status_word(uint8_t status);
 
 // `element` is what the names of this kind's elements begin with.
-std::string summary(const std::string &element, uint32_t count, uint8_t state);
+std::string xml_summary(const std::string &element, uint32_t count, uint8_t state);
 
 // Renders the text in a buffer of 1024 bytes for each record and 100 more, and copies it into the host's. `failed`
 // tells where a failing allocation is traced.

@@ -123,7 +123,7 @@ class NvmeDrives : public Model {
     unlock_and_close_nvme(world);
     if (is_event && count == 0) return 0;
 
-    std::string xml = summary("NVME-phy-drive", count, state);
+    std::string xml = xml_summary("NVME-phy-drive", count, state);
     for (uint32_t i = 0; i < count; ++i) xml += nvme_drive_element(image.slice(i * kNvmeDriveRecord, kNvmeDriveRecord));
     return answer(world, buffer, xml, count, {kNvmeDriveRetrieval, 569}, length);
   }
