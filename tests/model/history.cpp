@@ -17,7 +17,6 @@ using tests::Bytes;
 using tests::CallOptions;
 using tests::Growth;
 using tests::HostReplyBuffer;
-using tests::Reply;
 
 constexpr uint32_t kMostSteps = 12;
 const File kDirectory = {.content = {}, .modified = 0, .is_directory = true};
@@ -207,8 +206,8 @@ class History {
   // ------------------------------------------------------------------------------------- what comes of it
 
   void compare(const Call &call) {
-    const Reply expected = expected_of(call);
-    const Reply actual = machine_.call(call.entry_point, call.options);
+    const tests::Reply expected = expected_of(call);
+    const tests::Reply actual = machine_.call(call.entry_point, call.options);
     const uint32_t needed = actual.requests.empty() ? actual.length : actual.requests.back();
     if (needed < kMostOfAHost) needed_before_ = needed;
 
@@ -242,9 +241,9 @@ class History {
     compare_files();
   }
 
-  Reply expected_of(const Call &call) {
+  tests::Reply expected_of(const Call &call) {
     HostReplyBuffer buffer(call.options.size, call.options.growth, call.options.most);
-    Reply reply{.status = 0, .length = tests::kUnwrittenLength, .buffer = {}, .requests = {}};
+    tests::Reply reply{.status = 0, .length = tests::kUnwrittenLength, .buffer = {}, .requests = {}};
     world_.host = &buffer;
     world_.begin_call();
     reply.status = model_->call(call.entry_point, call.options.null_buffer ? nullptr : &buffer, &reply.length);

@@ -30,7 +30,7 @@ std::string state_word(uint8_t state);
 std::string status_word(uint8_t status);
 
 // `element` is what the names of this kind's elements begin with.
-std::string summary(const std::string &element, uint32_t count, uint8_t state);
+std::string xml_summary(const std::string &element, uint32_t count, uint8_t state);
 
 // Renders the text in a buffer of 1024 bytes for each record and 100 more, and copies it into the host's. `failed`
 // tells where a failing allocation is traced.
@@ -41,12 +41,12 @@ struct TraceSite {
 int32_t answer(World &world, tests::HostReplyBuffer *buffer, const std::string &xml, uint32_t count,
                const TraceSite &failed, uint32_t *length);
 
-// A record whose texts mostly end within their fields.
+// A record whose texts end within their fields, unless they run over.
 struct TextField {
   size_t offset;
   uint32_t width;
 };
-tests::Bytes any_record(Choices &choices, size_t size, const std::vector<TextField> &texts);
+tests::Bytes any_record(Choices &choices, size_t size, const std::vector<TextField> &texts, bool runs_over);
 
 // A state, which mostly is the one in which records are compared.
 uint8_t any_state(Choices &choices);

@@ -44,7 +44,7 @@ std::string part_status(const std::string &name, const std::string &stored, cons
 std::string nvme_ctlr_element(const Bytes &record) {
   const auto text_at = [&](size_t offset) { return text(record.slice(offset, kNvmeCtlrRecord - offset)); };
   std::string xml = "<NVME-ctlr " + dumped(record, kNvmeCtlrToType) + "status=\"" + status_word(record[28]) + "\" " +
-                    dumped(record, {{29, As::kU8, "drive-count=\"%d\" "}});
+                    printed("drive-count=\"%d\" ", record[29]);
   if (text_at(30).starts_with("NVME-MSWITCH"))
     xml += dumped(record, kNvmeCtlrOfSwitch) + part_status("switch-status", text_at(134), "Severe_Fault") +
            part_status("link-status", text_at(198), "Moderate_Fault");
@@ -117,7 +117,7 @@ class NvmeControllers : public Model {
     cached_ = cur;
     std::swap(has_cur_, has_cached_);
 
-    std::string xml = summary("NVME-ctlr", count, state);
+    std::string xml = xml_summary("NVME-ctlr", count, state);
     for (uint32_t i = 0; i < count; ++i) xml += nvme_ctlr_element(image.slice(i * kNvmeCtlrRecord, kNvmeCtlrRecord));
     return answer(world, buffer, xml, count, {kNvmeCtlrRetrieval, 776}, length);
   }
@@ -169,8 +169,9 @@ Bytes nvme_ctlr_file(Choices &choices) {
   Bytes file = tests::little_endian().u8(any_state(choices));
   // More than 255 wrap the count.
   const uint32_t records = choices.one_in(40) ? 250 + choices.below(20) : choices.below(8);
+  const bool texts_run_over = choices.one_in(5);
   for (uint32_t i = 0; i < records; ++i) {
-    Bytes record = any_record(choices, kNvmeCtlrRecord, kNvmeCtlrTexts);
+    Bytes record = any_record(choices, kNvmeCtlrRecord, kNvmeCtlrTexts, texts_run_over);
     const auto put = [&](size_t offset, size_t width, std::initializer_list<const char *> texts) {
       record.put(offset, tests::little_endian().text(choices.one_of(texts), width));
     };

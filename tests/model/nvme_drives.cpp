@@ -123,7 +123,7 @@ class NvmeDrives : public Model {
     unlock_and_close_nvme(world);
     if (is_event && count == 0) return 0;
 
-    std::string xml = summary("NVME-phy-drive", count, state);
+    std::string xml = xml_summary("NVME-phy-drive", count, state);
     for (uint32_t i = 0; i < count; ++i) xml += nvme_drive_element(image.slice(i * kNvmeDriveRecord, kNvmeDriveRecord));
     return answer(world, buffer, xml, count, {kNvmeDriveRetrieval, 569}, length);
   }
@@ -178,8 +178,9 @@ Bytes nvme_drive_file(Choices &choices) {
   Bytes file = tests::little_endian()
                    .u32(choices.one_in(10) ? choices.one_of<uint32_t>({0, 0x10000, 0x10003, 0xFFFFFFFF}) : announced)
                    .u8(any_state(choices));
+  const bool texts_run_over = choices.one_in(5);
   for (uint32_t i = 0; i < records; ++i) {
-    Bytes record = any_record(choices, kNvmeDriveRecord, kNvmeDriveTexts);
+    Bytes record = any_record(choices, kNvmeDriveRecord, kNvmeDriveTexts, texts_run_over);
     if (!choices.one_in(16)) {
       record.put(0, tests::little_endian().text(choices.one_of({"A", "B", "", "16 characters ok"}), 16));
       record.put(122,
@@ -208,6 +209,7 @@ Kind nvme_drives() {
                      {"fclose", 2, EIO, false},
                      {"localtime_r", 2, EOVERFLOW, false},
                      {"calloc", 4, ENOMEM, false},
+                     {"calloc", 3, ENOMEM, false},
                      {"realloc", 1, ENOMEM, false}},
           .model = make_model<NvmeDrives>};
 }
