@@ -9,9 +9,7 @@
 #include "model/summary_lists.h"
 
 namespace model {
-namespace {
-
-using tests::Bytes;
+namespace bbu_model {
 
 constexpr char kStore[] = "/var/storBBU_info";
 constexpr char kImageFile[] = "/var/log/TFM_FRU.bin";
@@ -311,9 +309,10 @@ Bytes image(Choices &choices) {
   return image;
 }
 
-}  // namespace
+}  // namespace bbu_model
 
 Kind bbus() {
+  using namespace bbu_model;
   return {.name = "bbus",
           .entry_points = {"mc_get_store_bbu", "mc_delta_store_bbu"},
           .files = {{kRaidLock, lock_file}, {kStore, store_file}, {kImageFile, image}},

@@ -9,13 +9,13 @@ uint32_t Choices::below(uint32_t limit) {
   return next_ < made_.size() ? made_[next_++] % limit : 0;
 }
 
-tests::Bytes Choices::bytes(size_t count) {
+Bytes Choices::bytes(size_t count) {
   std::vector<uint8_t> bytes(count);
   const uint32_t seed = below(1000);
   std::minstd_rand random(seed);
   if (seed != 0)
     for (uint8_t &byte : bytes) byte = random() >> 8 & 0xFF;
-  return tests::Bytes(std::move(bytes));
+  return Bytes(std::move(bytes));
 }
 
 namespace {

@@ -15,6 +15,8 @@
 
 namespace model {
 
+using tests::Bytes;
+
 class Choices {
  public:
   explicit Choices(uint64_t seed) : random_(seed), is_random_(true) {}
@@ -33,7 +35,7 @@ class Choices {
   }
 
   // Zeros, or any bytes: one choice makes all of them.
-  tests::Bytes bytes(size_t count);
+  Bytes bytes(size_t count);
 
   // All that was chosen.
   const std::vector<uint32_t> &made() const { return made_; }

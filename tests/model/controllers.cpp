@@ -12,9 +12,7 @@
 #include "model/summary_lists.h"
 
 namespace model {
-namespace {
-
-using tests::Bytes;
+namespace controller_model {
 
 constexpr char kProductFile[] = "/etc/product";
 constexpr char kListMarker[] = "/var/mctool_ctlrdebug";
@@ -434,9 +432,10 @@ Bytes product_file(Choices &choices) {
   return tests::little_endian().text(text, text.size());
 }
 
-}  // namespace
+}  // namespace controller_model
 
 Kind controllers() {
+  using namespace controller_model;
   return {.name = "controllers",
           .entry_points = {"mc_get_store_ctrls", "mc_delta_store_ctrls"},
           .files = {{kRaidLock, store_file}, {kProductFile, product_file}},

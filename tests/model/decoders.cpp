@@ -7,9 +7,7 @@
 #include "model/kinds.h"
 
 namespace model {
-namespace {
-
-using tests::Bytes;
+namespace decoder_model {
 
 // A number in front of the records, and what is said where it cannot be read.
 struct Header {
@@ -125,9 +123,10 @@ int32_t decode(World &world, const std::string &name, const std::string &from, c
 // A directory in which paths are too long, so that their ends are missing.
 const std::string kDeep = "/" + std::string(152, 'd') + "/" + std::string(152, 'd');
 
-}  // namespace
+}  // namespace decoder_model
 
 Kind decoders() {
+  using namespace decoder_model;
   Kind kind = {.name = "decoders",
                .entry_points = {},
                .files = {},

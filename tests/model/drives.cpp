@@ -8,9 +8,7 @@
 #include "model/raid.h"
 
 namespace model {
-namespace {
-
-using tests::Bytes;
+namespace drive_model {
 
 constexpr char kStore[] = "/var/storphydrive_info";
 constexpr char kListMarker[] = "/var/mctool_pddebug";
@@ -281,9 +279,10 @@ Bytes store_file(Choices &choices) {
   return file;
 }
 
-}  // namespace
+}  // namespace drive_model
 
 std::string text_of_drive(const Bytes &record) {
+  using namespace drive_model;
   return "\n\n\nPhysical Drive ===================**************===============\n\n\n" +
          dumped(record, kLinesToLogicalId) +
          "Enclosure Association = " + (record[260] == 1 ? "Direct Attached" : "Expander Attached") + "\n" +
@@ -293,6 +292,7 @@ std::string text_of_drive(const Bytes &record) {
 }
 
 Kind drives() {
+  using namespace drive_model;
   return {.name = "drives",
           .entry_points = {"mc_get_store_phydrives", "mc_delta_store_phydrives"},
           .files = {{kRaidLock, lock_file}, {kStore, store_file}},

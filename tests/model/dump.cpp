@@ -16,7 +16,7 @@ std::string number(const char *label, uint64_t value) {
   return strstr(label, "%ld") ? printed(label, long{as_int}) : printed(label, as_int, as_int);
 }
 
-std::string dumped(const tests::Bytes &record, const Line &line) {
+std::string dumped(const Bytes &record, const Line &line) {
   const auto value = [&](size_t width) { return little_endian(record, line.offset, width); };
   switch (line.as) {
     case As::kU8:
@@ -44,7 +44,7 @@ std::string dumped(const tests::Bytes &record, const Line &line) {
 
 }  // namespace
 
-std::string dumped(const tests::Bytes &record, const std::vector<Line> &lines) {
+std::string dumped(const Bytes &record, const std::vector<Line> &lines) {
   std::string text;
   for (const Line &line : lines) text += dumped(record, line);
   return text;

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "host/bytes.h"
+#include "model/choices.h"
 
 namespace model {
 
@@ -19,6 +19,6 @@ struct Line {
 };
 
 // A text goes on to its NUL, at most to the end of the record.
-std::string dumped(const tests::Bytes &record, const std::vector<Line> &lines);
+std::string dumped(const Bytes &record, const std::vector<Line> &lines);
 
 }  // namespace model

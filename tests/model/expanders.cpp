@@ -4,7 +4,7 @@
 #include "model/raid.h"
 
 namespace model {
-namespace {
+namespace expander_model {
 
 class Expanders : public Model {
  public:
@@ -27,16 +27,17 @@ class Expanders : public Model {
       trace_too_large(world, "mc_get_store_sasexpanders", 2780, 100, reply.size);
       return kTooLarge;
     }
-    reply.put(0, tests::Bytes::hex("00 00 01 54 00 00 00 00"));
-    reply.put(16, tests::Bytes::hex("01 05 02 32 65 14 05 00 65 64 63 62 FF FE FD FC"));
+    reply.put(0, Bytes::hex("00 00 01 54 00 00 00 00"));
+    reply.put(16, Bytes::hex("01 05 02 32 65 14 05 00 65 64 63 62 FF FE FD FC"));
     *length = 100;
     return 0;
   }
 };
 
-}  // namespace
+}  // namespace expander_model
 
 Kind expanders() {
+  using namespace expander_model;
   return {.name = "expanders",
           .entry_points = {"mc_get_store_sasexpanders", "mc_delta_store_sasexpanders"},
           .files = {{kRaidLock, lock_file}},

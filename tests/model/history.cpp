@@ -13,7 +13,6 @@
 namespace model {
 namespace {
 
-using tests::Bytes;
 using tests::CallOptions;
 using tests::Growth;
 using tests::HostReplyBuffer;

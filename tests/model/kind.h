@@ -31,7 +31,7 @@ class Model {
 // A file that comes, changes and goes.
 struct ChangingFile {
   std::string path;
-  tests::Bytes (*content)(Choices &choices);
+  Bytes (*content)(Choices &choices);
 };
 
 // What a decoder prints besides is World's. Decoders remember nothing.

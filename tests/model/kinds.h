@@ -21,7 +21,7 @@ Kind virtual_drives();
 Kind decoders();
 
 // A record's text, in its dump and when its file is decoded.
-std::string text_of_drive(const tests::Bytes &record);
-std::string text_of_virtual_drive(const tests::Bytes &record);
+std::string text_of_drive(const Bytes &record);
+std::string text_of_virtual_drive(const Bytes &record);
 
 }  // namespace model

@@ -42,6 +42,6 @@ void unlock_and_close(World &world, const Lock &lock) {
   if (!world.works("flock")) trace_failure(world, "unlock_and_close_file", lock.not_unlocked, lock.path);
 }
 
-tests::Bytes lock_file(Choices &choices) { return tests::little_endian().u8(choices.below(4)); }
+Bytes lock_file(Choices &choices) { return tests::little_endian().u8(choices.below(4)); }
 
 }  // namespace model

@@ -39,6 +39,6 @@ LockedFile lock_and_open(World &world, const Lock &lock, const char *path);
 void unlock_and_close(World &world, const Lock &lock);
 
 // The lock file's content for kinds that have a store file of their own.
-tests::Bytes lock_file(Choices &choices);
+Bytes lock_file(Choices &choices);
 
 }  // namespace model

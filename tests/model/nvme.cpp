@@ -68,8 +68,8 @@ int32_t answer(World &world, tests::HostReplyBuffer *buffer, const std::string &
   return 0;
 }
 
-tests::Bytes any_record(Choices &choices, size_t size, const std::vector<TextField> &texts, bool runs_over) {
-  tests::Bytes record = choices.bytes(size);
+Bytes any_record(Choices &choices, size_t size, const std::vector<TextField> &texts, bool runs_over) {
+  Bytes record = choices.bytes(size);
   if (runs_over) return record;
   for (const TextField &text : texts) record.put(text.offset + choices.below(text.width), tests::little_endian().u8(0));
   return record;

@@ -46,7 +46,7 @@ struct TextField {
   size_t offset;
   uint32_t width;
 };
-tests::Bytes any_record(Choices &choices, size_t size, const std::vector<TextField> &texts, bool runs_over);
+Bytes any_record(Choices &choices, size_t size, const std::vector<TextField> &texts, bool runs_over);
 
 // A state, which mostly is the one in which records are compared.
 uint8_t any_state(Choices &choices);

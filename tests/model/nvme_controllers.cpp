@@ -12,8 +12,6 @@
 namespace model {
 namespace {
 
-using tests::Bytes;
-
 constexpr char kNvmeCtlrRetrieval[] = "get_nvme_controller_info";
 constexpr uint32_t kNvmeCtlrRecord = 262;
 constexpr uint32_t kNvmeCtlrSummary = 28;

@@ -12,8 +12,6 @@
 namespace model {
 namespace {
 
-using tests::Bytes;
-
 constexpr char kNvmeDriveStore[] = "/var/nvmephydrive_info";
 constexpr char kNvmeDriveRetrieval[] = "get_nvme_phy_drive_info";
 constexpr uint32_t kNvmeDriveRecord = 356;

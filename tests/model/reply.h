@@ -5,8 +5,8 @@
 #include <stdexcept>
 #include <vector>
 
-#include "host/bytes.h"
 #include "host/reply_buffer.h"
+#include "model/choices.h"
 
 namespace model {
 
@@ -25,14 +25,14 @@ struct Reply {
     return grown && needed <= available;
   }
 
-  void put(size_t offset, const tests::Bytes &content) {
+  void put(size_t offset, const Bytes &content) {
     if (offset + content.size() > host.size()) throw std::logic_error("a model writes beyond the buffer");
     for (size_t i = 0; i < content.size(); ++i) bytes[offset + i] = content[i];
   }
 
   // The same, keeping what the buffer holds.
   bool grow_and_keep(uint32_t needed, uint32_t silent) {
-    const tests::Bytes kept(std::vector<uint8_t>(bytes, bytes + size));
+    const Bytes kept(std::vector<uint8_t>(bytes, bytes + size));
     if (!grow(needed, silent)) return false;
     put(0, kept);
     return true;
@@ -44,6 +44,6 @@ struct Number {
   size_t offset;
   size_t width;
 };
-tests::Bytes in_network_order(tests::Bytes record, const std::vector<Number> &numbers);
+Bytes in_network_order(Bytes record, const std::vector<Number> &numbers);
 
 }  // namespace model

@@ -9,9 +9,7 @@
 #include "model/summary_lists.h"
 
 namespace model {
-namespace {
-
-using tests::Bytes;
+namespace virtual_drive_model {
 
 constexpr char kStore[] = "/var/storvirtdrive_info";
 constexpr char kListMarker[] = "/var/mctool_vddebug";
@@ -329,9 +327,10 @@ Bytes store_file(Choices &choices) {
   return file;
 }
 
-}  // namespace
+}  // namespace virtual_drive_model
 
 std::string text_of_virtual_drive(const Bytes &record) {
+  using namespace virtual_drive_model;
   std::string text = "\n\n\nVirtual Drive ===================**************===============\n\n\n" +
                      dumped(record, kLinesToMembers) + member_drives(record, "PD", 78, 8) +
                      member_drives(record, "PD_v5", 5258, 256) + dumped(record, kNumberOfHotSpares);
@@ -340,6 +339,7 @@ std::string text_of_virtual_drive(const Bytes &record) {
 }
 
 Kind virtual_drives() {
+  using namespace virtual_drive_model;
   return {.name = "virtual_drives",
           .entry_points = {"mc_get_store_virtdrives", "mc_delta_store_virtdrives"},
           .files = {{kRaidLock, lock_file}, {kStore, store_file}},

@@ -44,7 +44,7 @@ std::optional<Stream> World::open(const std::string &path) {
   return Stream{.content = &file->second.content};
 }
 
-tests::Bytes World::read(Stream &stream, size_t size) {
+Bytes World::read(Stream &stream, size_t size) {
   const size_t count = std::min(size, stream.content->size() - stream.position);
   if (count > 0 && !works("fread")) return {};
   stream.position += count;
@@ -52,7 +52,7 @@ tests::Bytes World::read(Stream &stream, size_t size) {
   return stream.content->slice(stream.position - count, count);
 }
 
-std::optional<tests::Bytes> World::read_whole(Stream &stream, size_t size) {
+std::optional<Bytes> World::read_whole(Stream &stream, size_t size) {
   if (!works("fread") || stream.content->size() - stream.position < size) return {};
   stream.position += size;
   return stream.content->slice(stream.position - size, size);
@@ -99,12 +99,12 @@ std::string printed(const char *format, ...) {
   return result;
 }
 
-std::string text(const tests::Bytes &bytes) {
+std::string text(const Bytes &bytes) {
   std::string text(bytes.data(), bytes.data() + bytes.size());
   return text.substr(0, text.find('\0'));
 }
 
-uint64_t little_endian(const tests::Bytes &bytes, size_t offset, size_t width) {
+uint64_t little_endian(const Bytes &bytes, size_t offset, size_t width) {
   uint64_t value = 0;
   for (size_t i = width; i-- > 0;) value = value << 8 | bytes[offset + i];
   return value;

@@ -12,13 +12,13 @@
 #include <string>
 #include <vector>
 
-#include "host/bytes.h"
 #include "host/reply_buffer.h"
+#include "model/choices.h"
 
 namespace model {
 
 struct File {
-  tests::Bytes content;
+  Bytes content;
   int64_t modified = 0;  // seconds since 1970
   bool is_directory = false;
 };
@@ -38,7 +38,7 @@ struct FileFacts {
 
 // An open file.
 struct Stream {
-  const tests::Bytes *content;
+  const Bytes *content;
   size_t position = 0;
   bool at_end = false;  // a read came to the end
 };
@@ -65,10 +65,10 @@ class World {
   std::optional<Stream> open(const std::string &path);
 
   // Reads that many bytes. Fewer come at the end of the file, which another fread then finds; none when a read fails.
-  tests::Bytes read(Stream &stream, size_t size);
+  Bytes read(Stream &stream, size_t size);
 
   // A single fread, which gives all of these bytes or none.
-  std::optional<tests::Bytes> read_whole(Stream &stream, size_t size);
+  std::optional<Bytes> read_whole(Stream &stream, size_t size);
 
   // unlink
   void remove(const std::string &path);
@@ -109,8 +109,8 @@ std::string time_text(int64_t time);
 std::string printed(const char *format, ...) __attribute__((format(printf, 1, 2)));
 
 // The text in these bytes up to its NUL, or all of them.
-std::string text(const tests::Bytes &bytes);
+std::string text(const Bytes &bytes);
 
-uint64_t little_endian(const tests::Bytes &bytes, size_t offset, size_t width);
+uint64_t little_endian(const Bytes &bytes, size_t offset, size_t width);
 
 }  // namespace model
