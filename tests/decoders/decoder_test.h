@@ -5,6 +5,7 @@
 #include <string>
 
 #include "decoders/decoder_kinds.h"
+#include "host/open_descriptors.h"
 #include "host/plugin_test.h"
 
 namespace tests {
@@ -44,12 +45,6 @@ class DecoderTest : public PluginTest {
     return printed_by([&] {
       return plugin(static_cast<int (*)(const char *, const char *)>(nullptr), kind.decoder)(input_dir, output_dir);
     });
-  }
-
- private:
-  static auto open_descriptors() {
-    const std::filesystem::directory_iterator descriptors("/proc/self/fd");
-    return std::distance(begin(descriptors), end(descriptors));
   }
 };
 

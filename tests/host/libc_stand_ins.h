@@ -18,6 +18,7 @@ namespace host {
 struct Verdict {
   bool fails = false;
   int error = 0;
+  bool is_partial = false;  // an fread of bytes that fails has delivered half of them
 };
 
 class LibcWatcher : public Redirection {
@@ -28,6 +29,10 @@ class LibcWatcher : public Redirection {
   // Called before each libc call. `function` is the plain name (fopen, not fopen64); `detail` is the path, for those
   // that take one, the operation of an flock, or the size of a bounded copy ("31", or "16 of 31" if the two differ).
   virtual Verdict before(const std::string &function, const std::string &detail) = 0;
+
+  // Called after the plug-in got memory, and before it gives some back, whoever it is from.
+  virtual void on_allocated(void *) {}
+  virtual void on_freed(void *) {}
 
   // A line for the system log, formatted, instead of syslog itself.
   virtual void on_syslog(int priority, const std::string &line) = 0;

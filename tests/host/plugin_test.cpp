@@ -1,22 +1,19 @@
 #include "host/plugin_test.h"
 
-#include <filesystem>
-#include <iterator>
+#include <sys/mman.h>
+
 #include <utility>
+
+#include "host/open_descriptors.h"
 
 namespace tests {
 namespace {
 
 constexpr const char *kLockFiles[] = {"/var/storctlr_info", "/var/nvmectlr_info"};
 
-auto open_descriptors() {
-  const std::filesystem::directory_iterator descriptors("/proc/self/fd");
-  return std::distance(begin(descriptors), end(descriptors));
-}
-
 }  // namespace
 
-PluginTest::PluginTest() : trace_stream_(tmpfile()) {
+PluginTest::PluginTest() : trace_stream_(fdopen(memfd_create("trace", MFD_CLOEXEC), "w+")) {
   mc_debug_level = 0;
   use_cmclog = 0;
   outfp = trace_stream_;
@@ -27,6 +24,15 @@ PluginTest::~PluginTest() {
   unload();
   outfp = nullptr;
   fclose(trace_stream_);
+}
+
+void PluginTest::unload() {
+  {
+    const host::PluginScope scope(*this);
+    plugin_.reset();
+  }
+  EXPECT_EQ(blocks_.size(), 0u) << "blocks of memory are never freed";
+  blocks_.clear();
 }
 
 void PluginTest::load() { plugin_.emplace(PLUGIN_PATH); }

@@ -8,6 +8,7 @@
 
 #include <functional>
 #include <optional>
+#include <set>
 #include <string>
 #include <type_traits>
 #include <vector>
@@ -89,7 +90,8 @@ class PluginTest : public testing::Test, private host::LibcWatcher {
   // The system log since the last time it was asked, a string for each line.
   std::vector<std::string> system_log();
 
-  void unload() { plugin_.reset(); }
+  // Nothing that the plug-in allocated may be left then.
+  void unload();
   void load();
 
   StoreDirectory files;
@@ -97,6 +99,8 @@ class PluginTest : public testing::Test, private host::LibcWatcher {
  private:
   std::string real_path(const std::string &path) override { return files.real(path); }
   host::Verdict before(const std::string &function, const std::string &detail) override;
+  void on_allocated(void *block) override { blocks_.insert(block); }
+  void on_freed(void *block) override { blocks_.erase(block); }
   void on_syslog(int priority, const std::string &line) override;
 
   struct Hook {
@@ -108,6 +112,7 @@ class PluginTest : public testing::Test, private host::LibcWatcher {
 
   std::optional<host::Plugin> plugin_;
   std::vector<std::string> calls_;
+  std::set<const void *> blocks_;
   std::vector<Fault> faults_;
   std::vector<Hook> hooks_;
   std::vector<std::string> system_log_;
