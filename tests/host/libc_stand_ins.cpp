@@ -18,28 +18,29 @@ LibcWatcher *watcher_suspended_by(const HostScope &scope) { return dynamic_cast<
 
 namespace {
 
-void tell_that_is_given_back(void *block, const void *caller) {
-  const HostScope not_the_plugin;
-  if (LibcWatcher *const watcher = watcher_suspended_by(not_the_plugin)) watcher->on_memory(block, nullptr, caller);
-}
-
 // One call on its way through. While it lives, what it calls itself is not seen.
 class Call {
  public:
-  explicit Call(const char *function, const char *detail = "") : entry_errno_(errno) {
+  explicit Call(const char *function, const char *detail = "") : Call() {
     if (!watcher_) return;
     if (detail && detail[0] == '/') path_ = watcher_->real_path(detail);
     verdict_ = watcher_->before(function, detail ? detail : "");
     errno = entry_errno_;
   }
+  // One that cannot fail, and is nothing to tell of.
+  Call() : entry_errno_(errno), watcher_(watcher_suspended_by(scope_)) {}
 
   bool fails() const { return verdict_.fails; }
+  bool is_partial() const { return verdict_.is_partial; }
   const char *path(const char *own) const { return path_.empty() ? own : path_.c_str(); }
 
   // Tells of a block that was taken, perhaps in place of another one.
   void *taken(void *block, const void *caller, void *given_back = nullptr) const {
     if (watcher_ && block) watcher_->on_memory(given_back, block, caller);
     return block;
+  }
+  void given_back(void *block, const void *caller) const {
+    if (watcher_) watcher_->on_memory(block, nullptr, caller);
   }
 
   // The result, with errno as the verdict wants it.
@@ -51,8 +52,8 @@ class Call {
 
  private:
   HostScope scope_;
-  LibcWatcher *watcher_ = watcher_suspended_by(scope_);
   int entry_errno_;
+  LibcWatcher *watcher_;
   Verdict verdict_;
   std::string path_;
 };
@@ -65,6 +66,9 @@ class Call {
 SANITIZER_VERSION(int, fclose, FILE *)
 SANITIZER_VERSION(int, fflush, FILE *)
 SANITIZER_VERSION(size_t, fread, void *, size_t, size_t, FILE *)
+SANITIZER_VERSION(size_t, fwrite, const void *, size_t, size_t, FILE *)
+SANITIZER_VERSION(int, fputs, const char *, FILE *)
+SANITIZER_VERSION(int, puts, const char *)
 SANITIZER_VERSION(void *, malloc, size_t)
 SANITIZER_VERSION(void *, calloc, size_t, size_t)
 SANITIZER_VERSION(void *, realloc, void *, size_t)
@@ -77,7 +81,6 @@ extern "C" void *__libc_realloc(void *, size_t);
 extern "C" void __libc_free(void *);
 
 #define REAL_ALLOCATOR(name) (__interceptor_##name ? __interceptor_##name : __libc_##name)
-
 #define CALLER __builtin_return_address(0)
 
 using host::Call;
@@ -98,16 +101,31 @@ int fflush(FILE *stream) {
   return call.end(call.fails() ? EOF : REAL(fflush)(stream));
 }
 
+// How many items of so many a read is to deliver.
+static size_t delivered(const Call &call, size_t size, size_t count) {
+  if (!call.fails()) return count;
+  return call.is_partial() && size == 1 ? count / 2 : 0;
+}
+
 size_t fread(void *to, size_t size, size_t count, FILE *stream) {
   const Call call("fread");
-  return call.end(call.fails() ? 0 : REAL(fread)(to, size, count, stream));
+  const size_t wanted = delivered(call, size, count);
+  return call.end(wanted > 0 ? REAL(fread)(to, size, wanted, stream) : 0);
 }
 
 size_t __fread_chk(void *to, size_t to_size, size_t size, size_t count, FILE *stream) {
   const Call call("fread");
-  return call.end(call.fails() ? 0
-                               : NEXT(size_t(void *, size_t, size_t, size_t, FILE *), __fread_chk)(to, to_size, size,
-                                                                                                   count, stream));
+  const size_t wanted = delivered(call, size, count);
+  return call.end(
+      wanted > 0 ? NEXT(size_t(void *, size_t, size_t, size_t, FILE *), __fread_chk)(to, to_size, size, wanted, stream)
+                 : 0);
+}
+
+// A failing one leaves the stream where it is.
+void rewind(FILE *stream) {
+  const Call call("rewind");
+  if (!call.fails()) NEXT(void(FILE *), rewind)(stream);
+  call.end(0);
 }
 
 int fileno(FILE *stream) noexcept {
@@ -132,27 +150,46 @@ static int scan(FILE *stream, const char *format, va_list arguments) {
 FSCANF(__isoc99_fscanf)
 FSCANF(__isoc23_fscanf)
 
-static int print(FILE *stream, const char *format, va_list arguments) {
+static int print(const char *function, FILE *stream, const char *format, va_list arguments) {
   const int error = errno;  // what a %m prints
-  const Call call("fprintf");
+  const Call call(function);
   errno = error;
   return call.end(call.fails() ? -1 : vfprintf(stream, format, arguments));
 }
 
-int fprintf(FILE *stream, const char *format, ...) {
-  va_list arguments;
-  va_start(arguments, format);
-  const int result = print(stream, format, arguments);
-  va_end(arguments);
-  return result;
+#define PRINT(function, stream)                                    \
+  {                                                                \
+    va_list arguments;                                             \
+    va_start(arguments, format);                                   \
+    const int result = print(function, stream, format, arguments); \
+    va_end(arguments);                                             \
+    return result;                                                 \
+  }
+int fprintf(FILE *stream, const char *format, ...)
+    PRINT("fprintf", stream) int __fprintf_chk(FILE *stream, int, const char *format, ...)
+        PRINT("fprintf", stream) int printf(const char *format, ...)
+            PRINT("printf", stdout) int __printf_chk(int, const char *format, ...) PRINT("printf", stdout)
+
+    // Compilers turn a print of a constant text into whichever of these is shortest.
+
+    int fputs(const char *text, FILE *stream) {
+  const Call call("fputs");
+  return call.end(call.fails() ? EOF : REAL(fputs)(text, stream));
 }
 
-int __fprintf_chk(FILE *stream, int, const char *format, ...) {
-  va_list arguments;
-  va_start(arguments, format);
-  const int result = print(stream, format, arguments);
-  va_end(arguments);
-  return result;
+int fputc(int character, FILE *stream) {
+  const Call call("fputs");
+  return call.end(call.fails() ? EOF : NEXT(int(int, FILE *), fputc)(character, stream));
+}
+
+size_t fwrite(const void *from, size_t size, size_t count, FILE *stream) {
+  const Call call("fputs");
+  return call.end(call.fails() ? 0 : REAL(fwrite)(from, size, count, stream));
+}
+
+int puts(const char *text) {
+  const Call call("puts");
+  return call.end(call.fails() ? EOF : REAL(puts)(text));
 }
 
 // -------------------------------------------------------------------------------------------- files and descriptors
@@ -190,11 +227,17 @@ void *realloc(void *block, size_t size) noexcept {
 }
 
 void free(void *block) noexcept {
-  if (host::in_plugin()) host::tell_that_is_given_back(block, CALLER);
+  if (host::in_plugin()) Call().given_back(block, CALLER);
   REAL_ALLOCATOR(free)(block);
 }
 
 // -------------------------------------------------------------------------------------------------------------- time
+
+// Cannot fail. What it allocates is libc's, and for good.
+void tzset() noexcept {
+  const host::HostScope not_the_plugin;
+  NEXT(void(), tzset)();
+}
 
 #define LOCALTIME_R(name, type)                                                                               \
   struct tm *name(const type *__restrict time, struct tm *__restrict out) noexcept {                          \

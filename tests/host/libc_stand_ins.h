@@ -18,6 +18,7 @@ namespace host {
 struct Verdict {
   bool fails = false;
   int error = 0;
+  bool is_partial = false;  // an fread of bytes that fails has delivered half of them
 };
 
 class LibcWatcher : public Redirection {

@@ -10,6 +10,9 @@
 namespace tests {
 
 class PluginTest : public testing::Test, protected WatchedHost {
+ protected:
+  ~PluginTest() override { unload(); }
+
  private:
   void complain(const std::string &what) override { ADD_FAILURE() << what; }
 };

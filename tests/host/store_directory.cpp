@@ -41,8 +41,11 @@ void StoreDirectory::resize(const std::string &path, uint64_t size, int64_t modi
 }
 
 void StoreDirectory::write_text(const std::string &path, const std::string &text) {
-  std::filesystem::create_directories(std::filesystem::path(real(path)).parent_path());
   std::ofstream file(real(path), std::ios::binary);
+  if (!file) {
+    std::filesystem::create_directories(std::filesystem::path(real(path)).parent_path());
+    file.open(real(path), std::ios::binary);
+  }
   file << text;
   if (!file.flush()) throw std::runtime_error("cannot write " + path);
 }

@@ -1,24 +1,20 @@
 #include "host/watched_host.h"
 
 #include <gtest/gtest.h>
+#include <sys/mman.h>
 
-#include <filesystem>
-#include <iterator>
 #include <utility>
+
+#include "host/open_descriptors.h"
 
 namespace tests {
 namespace {
 
 constexpr const char *kLockFiles[] = {"/var/storctlr_info", "/var/nvmectlr_info"};
 
-auto open_descriptors() {
-  const std::filesystem::directory_iterator descriptors("/proc/self/fd");
-  return std::distance(begin(descriptors), end(descriptors));
-}
-
 }  // namespace
 
-WatchedHost::WatchedHost() : trace_stream_(tmpfile()) {
+WatchedHost::WatchedHost() : trace_stream_(fdopen(memfd_create("trace", MFD_CLOEXEC), "w+")) {
   mc_debug_level = 0;
   use_cmclog = 0;
   outfp = trace_stream_;
@@ -26,9 +22,17 @@ WatchedHost::WatchedHost() : trace_stream_(tmpfile()) {
 }
 
 WatchedHost::~WatchedHost() {
-  unload();
   outfp = nullptr;
   fclose(trace_stream_);
+}
+
+void WatchedHost::unload() {
+  {
+    const host::PluginScope scope(*this);
+    plugin_.reset();
+  }
+  if (!blocks_.empty()) complain(std::to_string(blocks_.size()) + " blocks of memory are never freed");
+  blocks_.clear();
 }
 
 void WatchedHost::load() { plugin_.emplace(PLUGIN_PATH); }
@@ -104,6 +108,11 @@ host::Verdict WatchedHost::before(const std::string &function, const std::string
 void WatchedHost::on_syslog(int priority, const std::string &line) {
   if (priority != 6) complain("priority " + std::to_string(priority) + " of: " + line);
   system_log_.push_back(line);
+}
+
+void WatchedHost::on_memory(void *given_back, void *taken, const void *) {
+  blocks_.erase(given_back);
+  if (taken) blocks_.insert(taken);
 }
 
 void WatchedHost::trace_at(int32_t level) { mc_debug_level = level; }

@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <optional>
+#include <set>
 #include <string>
 #include <type_traits>
 #include <vector>
@@ -106,7 +107,8 @@ class WatchedHost : private host::LibcWatcher {
   // The system log since the last time it was asked, a string for each line.
   std::vector<std::string> system_log();
 
-  void unload() { plugin_.reset(); }
+  // Nothing that the plug-in allocated may be left then.
+  void unload();
   void load();
 
   StoreDirectory files;
@@ -119,6 +121,7 @@ class WatchedHost : private host::LibcWatcher {
   std::string real_path(const std::string &path) override { return files.real(path); }
   host::Verdict before(const std::string &function, const std::string &detail) override;
   void on_syslog(int priority, const std::string &line) override;
+  void on_memory(void *given_back, void *taken, const void *caller) override;
 
   struct Hook {
     std::string function;
@@ -129,6 +132,7 @@ class WatchedHost : private host::LibcWatcher {
 
   std::optional<host::Plugin> plugin_;
   std::vector<std::string> calls_;
+  std::set<const void *> blocks_;
   std::vector<Fault> faults_;
   std::vector<Hook> hooks_;
   std::vector<std::string> system_log_;

@@ -92,6 +92,8 @@ class History {
         compare(next_call());
     }
     outfp = trace_stream_;
+    machine_.unload();
+    differ("what is left of the plug-in", std::string(), machine_.complaints());
     return {differences_, story_};
   }
 

@@ -3,10 +3,9 @@
 
 #include <fcntl.h>
 
-#include <filesystem>
-#include <iterator>
 #include <string>
 
+#include "host/open_descriptors.h"
 #include "host/plugin_test.h"
 
 namespace tests {
@@ -20,11 +19,6 @@ inline bool is_read_only(FILE *stream) { return (fcntl(fileno(stream), F_GETFL) 
 inline std::string content(FILE *stream) {
   char text[64];
   return {text, fread(text, 1, sizeof text, stream)};
-}
-
-inline auto open_descriptors() {
-  const std::filesystem::directory_iterator descriptors("/proc/self/fd");
-  return std::distance(begin(descriptors), end(descriptors));
 }
 
 class StoreLock : public PluginTest {
