@@ -10,26 +10,15 @@ namespace mcserver::nvme {
 
 namespace {
 
-const char *format_of(XmlForm form) {
-  switch (form) {
-    case XmlForm::kText:
-      return "%s=\"%s\" ";
-    case XmlForm::kDecimal:
-      return "%s=\"%d\" ";
-    case XmlForm::kHexadecimal:
-      return "%s=\"%x\" ";
-    case XmlForm::kPrefixedHexadecimal:
-      return "%s=\"0x%x\" ";
-  }
-  return "";
-}
+// Of an attribute, in the order of XmlForm.
+constexpr char kFormats[][12] = {"%s=\"%s\" ", "%s=\"%d\" ", "%s=\"%x\" ", "%s=\"0x%x\" "};
 
 }  // namespace
 
 void XmlText::attributes(const Rows &attributes, const uint8_t *record) {
   for (const CompiledRow &row : attributes)
     visit_value(row, record, nvme_status_names,
-                [&](auto shown) { append(format_of(row.form), attributes.text(row), shown); });
+                [&](auto shown) { append(kFormats[static_cast<size_t>(row.form)], attributes.text(row), shown); });
 }
 
 void XmlText::append(const char *format, ...) {

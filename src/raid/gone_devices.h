@@ -27,7 +27,8 @@ uint32_t length_with_gone(const ReplyBuffer &reply, uint32_t reported, size_t ca
 template <typename Layout, typename CountGone, typename Refuse>
 bool make_room_for_gone(ReplyBuffer &reply, uint32_t reported, size_t cached, CountGone count_gone, Refuse refuse) {
   const uint32_t needed = length_with_gone<Layout>(reply, reported, cached, count_gone);
-  return needed <= reply.size() || reply.grow_and_keep(needed) || refuse(needed);
+  if (needed <= reply.size() || reply.grow_and_keep(needed)) return true;
+  return refuse(needed);
 }
 
 }  // namespace mcserver::raid

@@ -5,7 +5,9 @@
 #include <climits>
 
 #include "host/plugin_test.h"
+#include "nvme/nvme_bytes.h"
 #include "raid/controllers/controller_bytes.h"
+#include "raid/drives/drive_bytes.h"
 
 static bool is_openlog_called = false;
 
@@ -15,7 +17,10 @@ void openlog(const char *, int, int) { is_openlog_called = true; }
 namespace tests {
 namespace {
 
+using testing::Combine;
 using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Matcher;
 using testing::Values;
 
 constexpr char kNullBufferLine[] = "<mc_get_store_ctrls: 1093> [mc_get_store_ctrls]buf is NULL\n";
@@ -134,6 +139,63 @@ TEST_F(Trace, StartsWhenItIsSwitchedOnInTheMiddleOfACall) {
   trace_two_lines();
 
   EXPECT_EQ(trace(), std::string(kNoProductFileLine) + kNoProductWordLine);
+}
+
+// ------------------------------------------------------------------------------------------------------ failures
+
+// A call of libc whose failure is traced, in a call of the plug-in, and the line number that the message has.
+struct TracedFailure {
+  const char *entry_point;
+  const char *libc_function;
+  int nth;
+  int error;
+  int line;
+};
+
+void PrintTo(const TracedFailure &failure, std::ostream *out) { *out << failure.entry_point << ": " << failure.line; }
+
+class TraceOfAFailure : public Trace, public testing::WithParamInterface<std::tuple<TracedFailure, int32_t>> {
+ protected:
+  TraceOfAFailure() {
+    files.write("/var/storctlr_info", Bytes().u8(2));
+    files.write(kDriveStore, drive_file(1, {Drive()}));
+    files.write(kNvmeControllerStore, nvme_controller_file(4, {NvmeController()}));
+    files.write(kNvmeDriveStore, nvme_drive_file(4, {NvmeDrive()}));
+  }
+};
+
+TEST_P(TraceOfAFailure, IsWrittenAboveLevelTwoAlone) {
+  const auto &[failure, level] = GetParam();
+  trace_at(level);
+  fail(failure.libc_function, failure.nth, failure.error);
+
+  call(failure.entry_point);
+
+  const std::string line = ": " + std::to_string(failure.line) + "> [";
+  EXPECT_THAT(trace(), level > 2 ? HasSubstr(line) : Matcher<std::string>(""));
+}
+
+INSTANTIATE_TEST_SUITE_P(, TraceOfAFailure,
+                         Combine(Values(TracedFailure{"mc_get_store_phydrives", "calloc", 1, ENOMEM, 1405},
+                                        TracedFailure{"mc_get_store_phydrives", "calloc", 2, ENOMEM, 1415},
+                                        TracedFailure{"mc_get_store_phydrives", "fread", 2, EIO, 1495},
+                                        TracedFailure{"mc_get_nvme_controller", "realloc", 1, ENOMEM, 687},
+                                        TracedFailure{"mc_get_nvme_controller", "realloc", 2, ENOMEM, 698},
+                                        TracedFailure{"mc_get_nvme_controller", "realloc", 2, 0, 722},
+                                        TracedFailure{"mc_get_nvme_controller", "calloc", 1, ENOMEM, 776},
+                                        TracedFailure{"mc_get_nvme_phy_drive", "calloc", 2, ENOMEM, 488},
+                                        TracedFailure{"mc_get_nvme_phy_drive", "calloc", 3, ENOMEM, 499}),
+                                 Values(3, 2, 0, INT32_MIN)));
+
+TEST_P(NoTraceAtLevel, IsWrittenOfNullArguments) {
+  trace_at(GetParam());
+
+  PLUGIN(print_nvme_ctlrinfo)(nullptr, nullptr);
+  PLUGIN(print_nvme_pdinfo)(nullptr, nullptr);
+  PLUGIN(xmlize_nvme_controller)(nullptr, nullptr, nullptr);
+  PLUGIN(xmlize_nvme_phy_drive)(nullptr, nullptr, nullptr);
+
+  EXPECT_EQ(trace(), "");
 }
 
 // ------------------------------------------------------------------------------------------------------ the lines

@@ -48,8 +48,8 @@ bool make_room_for_file(ReplyBuffer &reply, uint64_t file_size) {
   if (needed > UINT32_MAX) return refuse_reply(low_bits);
 
   const uint64_t wanted = needed + uint64_t{Layout::kRecordSize} * baseline.lists.cached_count();
-  if (wanted <= reply.size()) return true;
-  return reply.grow(low_bits) || refuse_reply(low_bits);
+  if (wanted <= reply.size() || reply.grow(low_bits)) return true;
+  return refuse_reply(low_bits);
 }
 
 void log_state_change(uint8_t state, time_t previous_modified) {

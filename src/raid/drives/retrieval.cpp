@@ -45,7 +45,8 @@ bool make_room_for_file(ReplyBuffer &reply, uint64_t file_size, uint32_t announc
   const uint32_t needed = static_cast<uint32_t>(file_size) + announced * Layout::kRecordSize + Layout::kHeaderSize;
   if (file_size + Layout::kHeaderSize > UINT32_MAX) return refuse_reply(needed, reply);
   if (needed > reply.size() && !reply.grow(needed)) return refuse_reply(needed, reply);
-  return reply.size() >= Layout::kHeaderSize || refuse_reply(Layout::kHeaderSize, reply);
+  if (reply.size() < Layout::kHeaderSize) return refuse_reply(Layout::kHeaderSize, reply);
+  return true;
 }
 
 // Is there room in this slot for the next record, or for what is left of the file? Where the needed size has wrapped,
@@ -53,7 +54,8 @@ bool make_room_for_file(ReplyBuffer &reply, uint64_t file_size, uint32_t announc
 bool has_room_for_next(const ReplyBuffer &reply, uint32_t slot, const RecordReader &reader) {
   const auto next = static_cast<uint32_t>(std::min<uint64_t>(reader.remaining(), Layout::kRecordSize));
   const uint32_t end = Layout::length(slot) + next;
-  return end <= reply.size() || refuse_reply(end, reply);
+  if (end > reply.size()) return refuse_reply(end, reply);
+  return true;
 }
 
 void summarize(const StorPhyDriveInfo &record, PhyDriveSummary &entry) {

@@ -38,6 +38,15 @@ TEST_F(ControllerEntryPoints, FullWithoutABufferLeavesTheLengthAlone) {
   EXPECT_THAT(calls(), ElementsAre("fprintf", "fflush"));
 }
 
+TEST_F(ControllerEntryPoints, TheRetrievalWithoutALengthIsRefused) {
+  store(kReady, {numbered(0)});
+  uint8_t buffer[64];
+
+  EXPECT_EQ(PLUGIN(get_store_ctrls)(nullptr, buffer, sizeof buffer, nullptr, 0), -35);
+
+  EXPECT_THAT(calls(), IsEmpty());
+}
+
 TEST_F(ControllerEntryPoints, FullWithoutABufferDoesNotSimulate) {
   files.write_text(kSimulationMarker, "");
 

@@ -150,6 +150,17 @@ TEST_F(ControllerState, YearsOfFiveDigitsHaveATextToo) {
   EXPECT_THAT(system_log(), ElementsAre(HasSubstr("curModTime(253402300800, Sat Jan  1 00:00:00 10000\n)")));
 }
 
+// The seconds have the year in which ctime gives up before localtime_r does: an int cannot count it.
+TEST_F(ControllerState, AYearThatIsTooLargeForATextIsLoggedWithAnEmptyOne) {
+  constexpr int64_t kLastOfAll = 67768036191676799;
+  files.write(kControllerStore, controller_file(kReady, {}), kLastOfAll);
+  if (files.modified(kControllerStore) != kLastOfAll) GTEST_SKIP() << "no file here can be so new";
+
+  delta();
+
+  EXPECT_THAT(system_log(), ElementsAre(HasSubstr("curModTime(67768036191676799, )")));
+}
+
 TEST_F(ControllerState, TimesWithoutATextAreLoggedWithEmptyOnes) {
   store(kReady, {});
   fail("localtime_r", 1, EOVERFLOW);
