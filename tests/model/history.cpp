@@ -117,7 +117,7 @@ class History {
   // Most files are as the collector writes them, some are not.
   void write(const ChangingFile &file) {
     Bytes content = file.content(choices_);
-    if (choices_.one_in(10)) content = content.slice(0, choices_.below(static_cast<uint32_t>(content.size()) + 1));
+    if (choices_.one_in(10)) content = cut(content, choices_.one_of({static_cast<uint32_t>(content.size()), 8u}));
     if (choices_.one_in(10)) content += choices_.bytes(choices_.below(600));
     if (choices_.one_in(10) && content.size() > 0)
       content.put(choices_.below(static_cast<uint32_t>(content.size())),
@@ -127,6 +127,12 @@ class History {
                                  ? choices_.one_of<int64_t>({0, -1, 0x7FFFFFFF, 0x80000000, 253402300800})
                                  : 1000 + choices_.below(4);
     put(file.path, {.content = content, .modified = modified, .is_directory = false});
+  }
+
+  // Shorter by any number of bytes, or by a few, as by a header.
+  Bytes cut(const Bytes &content, uint32_t most) {
+    const auto size = static_cast<uint32_t>(content.size());
+    return content.slice(0, size - choices_.below(std::min(size, most) + 1));
   }
 
   void put(const std::string &path, const File &file) {
