@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <vector>
 
 #include "model/kinds.h"
 
@@ -125,11 +126,9 @@ int32_t decode(World &world, const std::string &name, const std::string &from, c
 // A directory in which paths are too long, so that their ends are missing.
 const std::string kDeep = "/" + std::string(152, 'd') + "/" + std::string(152, 'd');
 
-}  // namespace
-
-Kind decoders() {
-  Kind kind = {.name = "decoders",
-               .entry_points = {},
+Kind kind_of(const Decoder &decoder) {
+  Kind kind = {.name = decoder.name,
+               .entry_points = {decoder.name},
                .files = {},
                .markers = {},
                .faults = {{"unlink", 1, EACCES, false},
@@ -140,15 +139,20 @@ Kind decoders() {
                           {"fclose", 6, ENOSPC, false}},
                .decode = decode,
                .directories = {"/in", "/out", kDeep}};
-  for (const Decoder &decoder : kDecoders) {
-    kind.entry_points.push_back(decoder.name);
-    for (const ChangingFile &file : decoder.kind().files) {
-      if (file.path != "/var/" + decoder.file) continue;
-      kind.files.push_back({"/in/" + decoder.file, file.content});
-      kind.files.push_back({path(kDeep, decoder.file), file.content});
-    }
+  for (const ChangingFile &file : decoder.kind().files) {
+    if (file.path != "/var/" + decoder.file) continue;
+    kind.files.push_back({"/in/" + decoder.file, file.content});
+    kind.files.push_back({path(kDeep, decoder.file), file.content});
   }
   return kind;
+}
+
+}  // namespace
+
+std::vector<Kind> decoders() {
+  std::vector<Kind> kinds;
+  for (const Decoder &decoder : kDecoders) kinds.push_back(kind_of(decoder));
+  return kinds;
 }
 
 }  // namespace model

@@ -216,7 +216,7 @@ class History {
   }
 
   void compare_decoding() {
-    const std::string &decoder = kind_.entry_points[choices_.below(static_cast<uint32_t>(kind_.entry_points.size()))];
+    const std::string &decoder = kind_.entry_points[0];
     const std::string from = choices_.one_in(8) ? any_directory() : kind_.directories[0];
     const std::string to = choices_.one_in(4) ? any_directory() : kind_.directories[1];
     story_ += "  " + decoder + " from " + from + " to " + to + "\n";

@@ -14,7 +14,8 @@ Kind drives();
 Kind expanders();
 Kind virtual_drives();
 
-Kind decoders();
+// What a store file's decoder makes of copies.
+std::vector<Kind> decoders();
 
 // A record's text, in its dump and when its file is decoded.
 std::string text_of_drive(const tests::Bytes &record);
