@@ -53,17 +53,17 @@ class Machine : public tests::WatchedHost {
 // Lines of 16 bytes without those that are all zeros, as many as one cares to read.
 std::string summary(const Bytes &content) {
   constexpr int kMostLines = 40;
-  std::ostringstream text;
-  text << content.size() << " bytes";
+  constexpr char kDigits[] = "0123456789abcdef";
+  std::string text = std::to_string(content.size()) + " bytes";
   int lines = 0;
   for (size_t offset = 0; offset < content.size(); offset += 16) {
     const Bytes line = content.slice(offset, std::min<size_t>(16, content.size() - offset));
     if (line == Bytes::repeated(line.size(), 0)) continue;
-    if (++lines > kMostLines) return text.str() + "\n    ...";
-    text << printed("\n    %04zx:", offset);
-    for (size_t i = 0; i < line.size(); ++i) text << printed(" %02x", line[i]);
+    if (++lines > kMostLines) return text + "\n    ...";
+    text += printed("\n    %04zx:", offset);
+    for (size_t i = 0; i < line.size(); ++i) text += {' ', kDigits[line[i] >> 4], kDigits[line[i] & 0xF]};
   }
-  return text.str();
+  return text;
 }
 
 std::string without_addresses(const std::string &trace) {
