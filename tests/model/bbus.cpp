@@ -77,12 +77,6 @@ const std::vector<Line> kFlashModuleLines = {
 
 bool is_capacitor(const Bytes &record) { return record[72] != 0; }
 
-std::string dump_of(const Bytes &record) {
-  return "\n\n\nBattery Backup Unit ===================**************===============\n\n\n" +
-         dumped(record, kLinesToCapacitor) + dumped(record, is_capacitor(record) ? kCapacitorLines : kBatteryLines) +
-         dumped(record, {{85, As::kU32, "Modified Timestamp       = %d\n"}});
-}
-
 // A board area of fields, each a type/length byte and its data. Positions have 8 bits; zeros follow the image's 128
 // bytes.
 class BoardArea {
@@ -206,7 +200,7 @@ class Bbus : public Model {
                         ", cached_bbu_list= " + printed_pointer(lists_.cached) + "\n");
         break;
       }
-      dump_record(world, dump_of(record));
+      dump_record(world, text_of_bbu(record));
       lists_.cur->emplace_back(record);
       if (is_delta && !is_new_or_modified(lists_.cur->back())) continue;
       record = in_network_order(record, kNumbers);
@@ -233,12 +227,12 @@ class Bbus : public Model {
   void read_flash_module(Bytes &record) {
     const auto stream = world.open(kImageFile);
     if (!stream) return;
-    const size_t size = world.works("fread") ? stream->content->size() : 0;
+    const size_t size = world.works("fread") ? stream->content.size() : 0;
     if (size < 128)
       world.log("mcserver_storage.cpp", 2209,
                 printed("TFM_FRU file read : FAILED : bytes read = %d\n", static_cast<int>(size)));
     else
-      fill_flash_module_texts(*stream->content, record);
+      fill_flash_module_texts(stream->content, record);
   }
 
   void dump(const List<Bbu> &list, const std::string &title) {
@@ -310,6 +304,13 @@ Bytes image(Choices &choices) {
 }
 
 }  // namespace bbu_model
+
+std::string text_of_bbu(const Bytes &record) {
+  using namespace bbu_model;
+  return "\n\n\nBattery Backup Unit ===================**************===============\n\n\n" +
+         dumped(record, kLinesToCapacitor) + dumped(record, is_capacitor(record) ? kCapacitorLines : kBatteryLines) +
+         dumped(record, {{85, As::kU32, "Modified Timestamp       = %d\n"}});
+}
 
 Kind bbus() {
   using namespace bbu_model;

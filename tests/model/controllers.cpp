@@ -128,13 +128,6 @@ const std::vector<Line> kLinesFromSpinDown = {
     {1292, As::kU16, "life-left-in-days:%d\n"},
 };
 
-std::string dump_of(const Bytes &record) {
-  const std::string names = dumped(record, kNames);
-  if (record[104] != 1) return names + dumped(record, {{104, As::kBool, "is-supported: %s\n"}});
-  return names + dumped(record, kLinesToSmartError) +
-         printed("disable-ncq: %s\n", record[778] != 0 ? "false" : "true") + dumped(record, kLinesFromSpinDown);
-}
-
 struct Controller {
   uint8_t index;
   std::string name;
@@ -225,7 +218,7 @@ class Controllers : public Model {
                         ", cached_ctlr_list= " + printed_pointer(lists_.cached) + "\n");
         break;
       }
-      dump_record(world, dump_of(record));
+      dump_record(world, text_of_controller(record));
       const Controller &controller = lists_.cur->emplace_back(record);
       if (is_delta) {
         const Controller *const known = find(*lists_.cached, controller);
@@ -331,8 +324,8 @@ class Controllers : public Model {
       return 0;
     }
     if (!world.works("fscanf")) return EOF;
-    for (size_t i = 0; i < stream->content->size() && word->size() < 63; ++i) {
-      const char c = static_cast<char>((*stream->content)[i]);
+    for (size_t i = 0; i < stream->content.size() && word->size() < 63; ++i) {
+      const char c = static_cast<char>(stream->content[i]);
       if (!isspace(static_cast<unsigned char>(c)))
         *word += c;
       else if (!word->empty())
@@ -433,6 +426,14 @@ Bytes product_file(Choices &choices) {
 }
 
 }  // namespace controller_model
+
+std::string text_of_controller(const Bytes &record) {
+  using namespace controller_model;
+  const std::string names = dumped(record, kNames);
+  if (record[104] != 1) return names + dumped(record, {{104, As::kBool, "is-supported: %s\n"}});
+  return names + dumped(record, kLinesToSmartError) +
+         printed("disable-ncq: %s\n", record[778] != 0 ? "false" : "true") + dumped(record, kLinesFromSpinDown);
+}
 
 Kind controllers() {
   using namespace controller_model;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <vector>
 
 #include "model/kinds.h"
 
@@ -37,6 +38,15 @@ struct Decoder {
 };
 
 const std::vector<Decoder> kDecoders = {
+    {.name = "list_controllers",
+     .file = "storctlr_info",
+     .kind = controllers,
+     .text = text_of_controller,
+     .record = 1294,
+     .headers = {{1, "Cannot read input file '%s': %m\n"}},
+     .summary = Summary{"Subsystem State: %d\n", "Num controllers: %d\n"},
+     .allocates_before_header = true},
+    {.name = "list_bbus", .file = "storBBU_info", .kind = bbus, .text = text_of_bbu, .record = 161},
     {.name = "list_physical_drives",
      .file = "storphydrive_info",
      .kind = drives,
@@ -123,12 +133,9 @@ int32_t decode(World &world, const std::string &name, const std::string &from, c
 // A directory in which paths are too long, so that their ends are missing.
 const std::string kDeep = "/" + std::string(152, 'd') + "/" + std::string(152, 'd');
 
-}  // namespace decoder_model
-
-Kind decoders() {
-  using namespace decoder_model;
-  Kind kind = {.name = "decoders",
-               .entry_points = {},
+Kind kind_of(const Decoder &decoder) {
+  Kind kind = {.name = decoder.name,
+               .entry_points = {decoder.name},
                .files = {},
                .markers = {},
                .faults = {{"unlink", 1, EACCES, false},
@@ -139,15 +146,21 @@ Kind decoders() {
                           {"fclose", 6, ENOSPC, false}},
                .decode = decode,
                .directories = {"/in", "/out", kDeep}};
-  for (const Decoder &decoder : kDecoders) {
-    kind.entry_points.push_back(decoder.name);
-    for (const ChangingFile &file : decoder.kind().files) {
-      if (file.path != "/var/" + decoder.file) continue;
-      kind.files.push_back({"/in/" + decoder.file, file.content});
-      kind.files.push_back({path(kDeep, decoder.file), file.content});
-    }
+  for (const ChangingFile &file : decoder.kind().files) {
+    if (file.path != "/var/" + decoder.file) continue;
+    kind.files.push_back({"/in/" + decoder.file, file.content});
+    kind.files.push_back({path(kDeep, decoder.file), file.content});
   }
   return kind;
+}
+
+}  // namespace decoder_model
+
+std::vector<Kind> decoders() {
+  using namespace decoder_model;
+  std::vector<Kind> kinds;
+  for (const Decoder &decoder : kDecoders) kinds.push_back(kind_of(decoder));
+  return kinds;
 }
 
 }  // namespace model

@@ -169,7 +169,7 @@ class Drives : public Model {
     std::vector<Drive> cur;
     uint32_t count = 0;
     while (true) {
-      const size_t left = std::min<size_t>(file.stream->content->size() - file.stream->position, kRecord);
+      const size_t left = std::min<size_t>(file.stream->content.size() - file.stream->position, kRecord);
       const uint32_t end = kHeader + count * kRecord + static_cast<uint32_t>(left);
       if (end > reply.size) return too_large(end, reply);
       const Bytes record = world.read(*file.stream, kRecord);

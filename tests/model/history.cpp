@@ -51,17 +51,17 @@ class Machine : public tests::WatchedHost {
 // Lines of 16 bytes without those that are all zeros, as many as one cares to read.
 std::string summary(const Bytes &content) {
   constexpr int kMostLines = 40;
-  std::ostringstream text;
-  text << content.size() << " bytes";
+  constexpr char kDigits[] = "0123456789abcdef";
+  std::string text = std::to_string(content.size()) + " bytes";
   int lines = 0;
   for (size_t offset = 0; offset < content.size(); offset += 16) {
     const Bytes line = content.slice(offset, std::min<size_t>(16, content.size() - offset));
     if (line == Bytes::repeated(line.size(), 0)) continue;
-    if (++lines > kMostLines) return text.str() + "\n    ...";
-    text << printed("\n    %04zx:", offset);
-    for (size_t i = 0; i < line.size(); ++i) text << printed(" %02x", line[i]);
+    if (++lines > kMostLines) return text + "\n    ...";
+    text += printed("\n    %04zx:", offset);
+    for (size_t i = 0; i < line.size(); ++i) text += {' ', kDigits[line[i] >> 4], kDigits[line[i] & 0xF]};
   }
-  return text.str();
+  return text;
 }
 
 std::string without_addresses(const std::string &trace) {
@@ -117,7 +117,7 @@ class History {
   // Most files are as the collector writes them, some are not.
   void write(const ChangingFile &file) {
     Bytes content = file.content(choices_);
-    if (choices_.one_in(10)) content = content.slice(0, choices_.below(static_cast<uint32_t>(content.size()) + 1));
+    if (choices_.one_in(10)) content = cut(content, choices_.one_of({static_cast<uint32_t>(content.size()), 8u}));
     if (choices_.one_in(10)) content += choices_.bytes(choices_.below(600));
     if (choices_.one_in(10) && content.size() > 0)
       content.put(choices_.below(static_cast<uint32_t>(content.size())),
@@ -127,6 +127,12 @@ class History {
                                  ? choices_.one_of<int64_t>({0, -1, 0x7FFFFFFF, 0x80000000, 253402300800})
                                  : 1000 + choices_.below(4);
     put(file.path, {.content = content, .modified = modified, .is_directory = false});
+  }
+
+  // Shorter by any number of bytes, or by a few, as by a header.
+  Bytes cut(const Bytes &content, uint32_t most) {
+    const auto size = static_cast<uint32_t>(content.size());
+    return content.slice(0, size - choices_.below(std::min(size, most) + 1));
   }
 
   void put(const std::string &path, const File &file) {
@@ -220,7 +226,7 @@ class History {
   }
 
   void compare_decoding() {
-    const std::string &decoder = kind_.entry_points[choices_.below(static_cast<uint32_t>(kind_.entry_points.size()))];
+    const std::string &decoder = kind_.entry_points[0];
     const std::string from = choices_.one_in(8) ? any_directory() : kind_.directories[0];
     const std::string to = choices_.one_in(4) ? any_directory() : kind_.directories[1];
     story_ += "  " + decoder + " from " + from + " to " + to + "\n";

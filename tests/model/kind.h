@@ -48,7 +48,7 @@ struct Kind {
   std::string overrunning = {};
   // A marker with which it writes on into the buffer that was passed in: a host that grants more does so in place.
   std::string in_place = {};
-  // Instead of a model: the entry points are decoders. The first directory has the files, the second one is for texts.
+  // Instead of a model: the entry point is a decoder. The first directory has the files, the second one is for texts.
   Decode *decode = nullptr;
   std::vector<std::string> directories = {};
 };

@@ -18,9 +18,12 @@ Kind nvme_controllers();
 Kind nvme_drives();
 Kind virtual_drives();
 
-Kind decoders();
+// What a store file's decoder makes of copies.
+std::vector<Kind> decoders();
 
 // A record's text, in its dump and when its file is decoded.
+std::string text_of_bbu(const Bytes &record);
+std::string text_of_controller(const Bytes &record);
 std::string text_of_drive(const Bytes &record);
 std::string text_of_virtual_drive(const Bytes &record);
 

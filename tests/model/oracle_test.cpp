@@ -38,8 +38,11 @@ TEST_P(Oracle, AgreesWithThePluginInEveryHistory) {
 }
 
 INSTANTIATE_TEST_SUITE_P(OfAKind, Oracle,
-                         testing::Values(bbus(), controllers(), decoders(), drives(), expanders(), nvme_controllers(),
+                         testing::Values(bbus(), controllers(), drives(), expanders(), nvme_controllers(),
                                          nvme_drives(), virtual_drives()),
+                         [](const auto &kind) { return kind.param.name; });
+
+INSTANTIATE_TEST_SUITE_P(OfADecoder, Oracle, testing::ValuesIn(decoders()),
                          [](const auto &kind) { return kind.param.name; });
 
 }  // namespace

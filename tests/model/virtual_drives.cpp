@@ -318,7 +318,7 @@ Bytes store_file(Choices &choices) {
       record.put(2, tests::little_endian().text(guid, 33));
       record.put(35, tests::little_endian().text(choices.one_of({"", "DATA", "sixteen of them!"}), 16));
     }
-    record.put(77, tests::little_endian().u8(choices.one_of({0, 1, 8, 9, 255})));
+    record.put(77, tests::little_endian().u8(choices.one_of({0u, 1u, 8u, 9u, 255u})));
     record.put(94, tests::little_endian().u8(choices.one_in(8) ? 255 : choices.below(3)));
     // Some read the same in both orders of their bytes.
     record.put(5254, tests::little_endian().u32(choices.one_of({0u, 1u, 0x01000000u, 0x01000001u, 0xFFFFFFFFu})));

@@ -41,21 +41,21 @@ std::optional<Stream> World::open(const std::string &path) {
     error_ = ENOENT;
     return {};
   }
-  return Stream{.content = &file->second.content};
+  return Stream{.content = file->second.content};
 }
 
 Bytes World::read(Stream &stream, size_t size) {
-  const size_t count = std::min(size, stream.content->size() - stream.position);
+  const size_t count = std::min(size, stream.content.size() - stream.position);
   if (count > 0 && !works("fread")) return {};
   stream.position += count;
   if (count < size && works("fread")) stream.at_end = true;
-  return stream.content->slice(stream.position - count, count);
+  return stream.content.slice(stream.position - count, count);
 }
 
 std::optional<Bytes> World::read_whole(Stream &stream, size_t size) {
-  if (!works("fread") || stream.content->size() - stream.position < size) return {};
+  if (!works("fread") || stream.content.size() - stream.position < size) return {};
   stream.position += size;
-  return stream.content->slice(stream.position - size, size);
+  return stream.content.slice(stream.position - size, size);
 }
 
 void World::remove(const std::string &path) {

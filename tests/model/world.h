@@ -36,9 +36,9 @@ struct FileFacts {
   int64_t modified;
 };
 
-// An open file.
+// An open file. What it gains while it is read is not read.
 struct Stream {
-  const Bytes *content;
+  Bytes content;
   size_t position = 0;
   bool at_end = false;  // a read came to the end
 };
