@@ -114,6 +114,26 @@ TEST_F(ControllerState, TimesOfMoreThan32BitsAreLoggedInFull) {
                                         "curModTime(4294968296, Sun Feb  7 06:44:56 2106\n)")));
 }
 
+class ControllerStateIn1970 : public ControllerState,
+                              public testing::WithParamInterface<std::pair<int64_t, const char *>> {};
+
+TEST_P(ControllerStateIn1970, HasTheNamesOfDayAndMonth) {
+  const auto &[day, text] = GetParam();
+  remember({}, kNotReady);
+  store(kReady, {}, (day * 24 + 12) * 3600);
+
+  delta();
+
+  EXPECT_THAT(system_log(), ElementsAre(HasSubstr(std::string(", ") + text + " 12:00:00 1970\n)")));
+}
+
+INSTANTIATE_TEST_SUITE_P(, ControllerStateIn1970,
+                         Values(std::pair(0, "Thu Jan  1"), std::pair(31, "Sun Feb  1"), std::pair(59, "Sun Mar  1"),
+                                std::pair(90, "Wed Apr  1"), std::pair(120, "Fri May  1"), std::pair(151, "Mon Jun  1"),
+                                std::pair(181, "Wed Jul  1"), std::pair(212, "Sat Aug  1"),
+                                std::pair(243, "Tue Sep  1"), std::pair(273, "Thu Oct  1"),
+                                std::pair(304, "Sun Nov  1"), std::pair(334, "Tue Dec  1")));
+
 // As ctime has it, though the plug-in must not call that: its text belongs to the whole process, and another kind's
 // call may be under way.
 TEST_F(ControllerState, TheHostsOwnCtimeTextIsLeftAlone) {
