@@ -98,9 +98,6 @@ int32_t decode(World &world, const std::string &name, const std::string &from, c
     const int32_t closed = close();
     return decoder.unknown_size ? length : closed;
   }
-  // Where both paths are cut to the same one, the file grows by its own text, which is not read.
-  const Bytes as_sized = *stream->content;
-  stream->content = &as_sized;
 
   const auto has_memory = [&] { return world.works("calloc"); };
   const auto without_memory = [&] {
