@@ -21,7 +21,8 @@ class Oracle : public testing::TestWithParam<Kind> {};
 
 TEST_P(Oracle, AgreesWithThePluginInEveryHistory) {
   const Kind &kind = GetParam();
-  const uint64_t histories = setting("MCS_HISTORIES", 1000);
+  const uint64_t remembering = setting("MCS_HISTORIES", 1000);
+  const uint64_t histories = kind.decode ? (remembering + 4) / 5 : remembering;  // decoders remember nothing
   const uint64_t first_seed = setting("MCS_SEED", 1);
 
   for (uint64_t seed = first_seed; seed < first_seed + histories; ++seed) {
