@@ -59,7 +59,7 @@ std::vector<host::Verdict> verdicts(const std::string &function, const Errnos &e
   for (const int error : errnos.told_apart) verdicts.push_back({.fails = true, .error = error});
   if (errnos.may_be_partial) verdicts.push_back({.fails = true, .error = EIO, .is_partial = true});
   if (function == "realloc") verdicts.push_back({.fails = false, .error = ENOMEM});  // the one that is judged by errno
-  if (amount() == Amount::kEveryday || verdicts.empty()) return verdicts;
+  if (!is_everything_swept() || verdicts.empty()) return verdicts;
 
   for (const int error : errnos.others) verdicts.push_back({.fails = true, .error = error});
   for (const int error : kLeftBehind)
@@ -70,10 +70,13 @@ std::vector<host::Verdict> verdicts(const std::string &function, const Errnos &e
 }  // namespace
 
 Amount amount() {
+  static const std::map<std::string, Amount> kAmounts = {
+      {"", Amount::kEveryday}, {"few", Amount::kFew}, {"all", Amount::kAll}, {"count", Amount::kCount}};
   const char *const wanted = getenv("MCS_SWEEP");
-  if (!wanted) return Amount::kEveryday;
-  return wanted == std::string("count") ? Amount::kCount : Amount::kAll;
+  return kAmounts.at(wanted ? wanted : "");
 }
+
+bool is_everything_swept() { return amount() == Amount::kAll || amount() == Amount::kCount; }
 
 const std::vector<host::Verdict> &failures_of(const std::string &function) {
   static const auto failures = [] {

@@ -14,10 +14,12 @@ struct Failure {
   host::Verdict verdict;
 };
 
-// How much is swept: everyday, which must be quick on slow machines, what the plug-in can tell from each other; all
-// with MCS_SWEEP=all in the environment; and with MCS_SWEEP=count, all is counted and nothing disturbed.
-enum class Amount { kEveryday, kAll, kCount };
+// How much is swept: everyday, what the plug-in can tell from each other; all with MCS_SWEEP=all in the environment;
+// one in five of the everyday ones with MCS_SWEEP=few, where machines are slow; and with MCS_SWEEP=count, all is
+// counted and nothing disturbed.
+enum class Amount { kEveryday, kFew, kAll, kCount };
 Amount amount();
+bool is_everything_swept();  // or counted
 
 // Everything that may become of a call to the function, beside a plain success, as far as the amount goes. Throws
 // std::out_of_range for a function that nobody has described yet.
