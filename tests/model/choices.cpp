@@ -31,10 +31,12 @@ class Shrinker {
 
   Decisions shortest() {
     do {
-      has_improved_ = false;
-      // What belongs together has any length, mostly a short one.
-      for (size_t length = best_.size(); length > 0; length = length > kShort ? length / 2 : length - 1)
-        leave_out_runs_of(length);
+      // Quickly at first; then what belongs together, which has any length, mostly a short one.
+      do {
+        has_improved_ = false;
+        for (size_t length = best_.size(); length > 0; length /= 2) leave_out_runs_of(length);
+      } while (has_improved_);
+      for (size_t length = std::min(best_.size(), kShort); length > 0; --length) leave_out_runs_of(length);
       for (size_t i = 0; i < best_.size(); ++i) lower(i);
     } while (has_improved_);
     return best_;
