@@ -354,7 +354,7 @@ Kind virtual_drives() {
                      {"realloc", 2, ENOMEM, false},
                      {"realloc", 2, ENOMEM, false},
                      {"realloc", 2, EAGAIN, false},
-                     {"malloc", 4, ENOMEM, false}},  // an index is done without
+                     {"malloc", 2, ENOMEM, false}},  // an index is done without
           .model = make_model<VirtualDrives>};
 }
 
