@@ -25,6 +25,8 @@ std::vector<Kind> decoders();
 std::string text_of_bbu(const Bytes &record);
 std::string text_of_controller(const Bytes &record);
 std::string text_of_drive(const Bytes &record);
+std::string text_of_nvme_controller(const Bytes &record);
+std::string text_of_nvme_drive(const Bytes &record);
 std::string text_of_virtual_drive(const Bytes &record);
 
 }  // namespace model
