@@ -69,7 +69,7 @@ class NvmeControllers : public Model {
       world.log(kNvmeSource, 639, "Memory allocation failed");
       return unlocked(35);
     }
-    Bytes image = Bytes::repeated(file.facts.size + cached_count_ * kNvmeCtlrRecord, 0);
+    Bytes image = Bytes::repeated(static_cast<size_t>(file.facts.size) + cached_count_ * kNvmeCtlrRecord, 0);
     const Bytes header = world.read(*file.stream, 1);
     if (header.size() < 1) return unlocked(kNoData);
     const uint8_t state = header[0];

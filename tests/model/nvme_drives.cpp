@@ -88,7 +88,7 @@ class NvmeDrives : public Model {
     last_state_ = state;
 
     if (!world.works("calloc")) return unlocked(kUnavailable);
-    Bytes image = Bytes::repeated(file.facts.size + cached_.size() * kNvmeDriveRecord, 0);
+    Bytes image = Bytes::repeated(static_cast<size_t>(file.facts.size) + cached_.size() * kNvmeDriveRecord, 0);
     if (!make_lists(most, (file.facts.size - 5) / kNvmeDriveRecord)) return unlocked(kUnavailable);
 
     uint32_t count = 0;

@@ -61,7 +61,7 @@ class LawlessCollector {
   std::minstd_rand random_;
   const Kind &kind_;
   int fd_;
-  std::atomic<uint64_t> changes_ = 0;
+  std::atomic<uint32_t> changes_ = 0;
   std::atomic<bool> is_stopped_ = false;
   std::thread thread_;
 };
